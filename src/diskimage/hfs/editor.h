@@ -1,0 +1,43 @@
+#pragma once
+
+#include "diskimage/hfs/entry.h"
+
+#include <memory>
+#include <string_view>
+
+namespace velmora::diskimage::hfs
+{
+
+/// Adds to an existing volume. Nothing that is already there is moved or renumbered, so references by id stay right.
+class VolumeEditor
+{
+public:
+    /// Reads the volume that fills `volume`. Throws DiskImageError when it was not cleanly unmounted or has a journal
+    /// that is not empty. Keeps a reference.
+    explicit VolumeEditor(Storage& volume);
+    ~VolumeEditor();
+    VolumeEditor(const VolumeEditor&) = delete;
+    VolumeEditor& operator=(const VolumeEditor&) = delete;
+
+    /// The volume's content as it will be after commit().
+    [[nodiscard]] const Entry& root() const;
+
+    /// Puts `entry` (with all children) into the folder at `folderPath` ("/" is the root). A file or link that replaces
+    /// one of the same name keeps its id; a folder is merged with an existing one. Throws DiskImageError when the
+    /// volume has no room (saying how much is missing), or a folder meets a file.
+    void put(std::string_view folderPath, const Entry& entry);
+    /// Removes the entry at `path` with all children. An entry that does not exist is no error.
+    void remove(std::string_view path);
+    /// Sets and clears Finder flags of the entry at `path`.
+    void changeFinderFlags(std::string_view path, std::uint16_t set, std::uint16_t clear);
+
+    /// Writes the changed trees, bitmap and headers; `now` (Unix seconds) becomes the modification date. Until then
+    /// only blocks that were free have been written.
+    void commit(std::int64_t now);
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+} // namespace velmora::diskimage::hfs
