@@ -33,5 +33,4 @@ format:
 	@scripts/format
 
 bench: build
-	@scripts/install-packages bench
 	@scripts/bench

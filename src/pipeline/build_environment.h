@@ -18,9 +18,9 @@ class OverlayImageCache;
 /// What a build takes from the world, so that a test can hand in its own.
 struct BuildEnvironment {
     std::shared_ptr<const Shell> shell{};
-    std::function<std::string()> uuid{};              ///< a fresh UUID, upper-case canonical form
-    std::filesystem::path temporaryFolder{};          ///< the scratch folder is made here
-    std::filesystem::path homeFolder{};               ///< for the Finder's favourites file
+    std::function<std::string()> uuid{};     ///< a fresh UUID, upper-case canonical form
+    std::filesystem::path temporaryFolder{}; ///< the scratch folder is made here
+    std::filesystem::path homeFolder{};      ///< for the Finder's favourites file
     /// The local path behind a mount point's path.
     std::function<std::filesystem::path(const std::string&)> mountPath{};
     /// Waits on the build's thread; returns early when a stop is requested.

@@ -7,6 +7,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// File operations that the standard library does not offer or reports without a readable reason.
@@ -39,7 +40,7 @@ struct FileStatus {
 /// Describes one entry. Throws FileError.
 FileStatus describe(const std::filesystem::path& path);
 
-/// The names in a folder, sorted by bytes. Throws FileError.
+/// The names in a folder (or in the one that a link points to), sorted by bytes. Throws FileError.
 std::vector<std::string> listFolder(const std::filesystem::path& folder);
 
 /// What copyTree could not carry over although the content is complete.
@@ -50,7 +51,7 @@ struct CopyReport {
 /// Copies a file, link or whole folder to `target`, which does not exist. Links are copied as links; permissions,
 /// times and extended attributes are carried over; a folder's mode is set after its contents. Sockets, pipes and
 /// devices, and a copy that fails half-way, are a FileError naming the file. `stopped` is asked now and then: true ends
-/// the copy with a FileError.
+/// the copy with a FileError. What was copied until an error stays for the caller to remove.
 CopyReport copyTree(const std::filesystem::path& source, const std::filesystem::path& target,
                     const std::function<bool()>& stopped = {});
 
@@ -59,11 +60,13 @@ CopyReport copyTree(const std::filesystem::path& source, const std::filesystem::
 void removeTree(const std::filesystem::path& path);
 
 /// Writes a whole file through a temporary one in the same folder and a rename: a reader sees the old content or the
-/// new one. Throws FileError; the old file stays then.
+/// new one. A link at `path` is replaced, not followed; the mode is 0644 less the user's umask. Throws FileError; the
+/// old file stays then.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
-/// Writes a whole file in place, emptied first. Throws FileError.
+/// Writes a whole file in place, emptied first; a link is followed. Anything but an ordinary file is refused. Throws
+/// FileError.
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
-/// Reads a whole file of at most `limit` bytes. Throws FileError.
+/// Reads a whole ordinary file of at most `limit` bytes. Throws FileError.
 std::string readFile(const std::filesystem::path& path, std::uint64_t limit);
 /// Makes what was written to the file or folder lasting.
 void syncToDisk(const std::filesystem::path& path);

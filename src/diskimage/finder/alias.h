@@ -11,8 +11,8 @@ namespace velmora::diskimage::finder
 
 /// What an alias record of a file on an HFS+ volume says (version 2, 150 bytes and tagged values, big-endian).
 struct AliasTarget {
-    std::string volumeName{};       ///< POSIX form, UTF-8
-    std::int64_t volumeCreated = 0; ///< Unix seconds
+    std::string volumeName{};               ///< POSIX form, UTF-8
+    std::int64_t volumeCreated = 0;         ///< Unix seconds
     std::vector<std::string> path{};        ///< folders from the root, then the file; POSIX names
     std::vector<std::uint32_t> folderIds{}; ///< ids of those folders, in the same order
     std::uint32_t fileId = 0;

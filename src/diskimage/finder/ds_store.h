@@ -13,10 +13,10 @@ namespace velmora::diskimage::finder
 
 /// One record of a .DS_Store file.
 struct DsRecord {
-    std::u16string name{};   ///< as the volume stores it (decomposed)
-    std::string code{};      ///< four characters: "Iloc", "icvp", …
-    std::string type{};      ///< four characters: "blob", "long", "bool", "type", "shor", "ustr", "comp", "dutc"
-    Bytes data{};            ///< the value as stored, without the length word of "blob" and "ustr"
+    std::u16string name{}; ///< as the volume stores it (decomposed)
+    std::string code{};    ///< four characters: "Iloc", "icvp", …
+    std::string type{};    ///< four characters: "blob", "long", "bool", "type", "shor", "ustr", "comp", "dutc"
+    Bytes data{};          ///< the value as stored, without the length word of "blob" and "ustr"
     bool operator==(const DsRecord&) const = default;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diskimage/base/storage.h"
+#include "diskimage/hfs/names.h"
 
 #include <array>
 #include <cstdint>
@@ -27,10 +28,10 @@ inline constexpr std::uint16_t finderFlagIsInvisible = 0x4000;
 struct Entry {
     std::string name{}; ///< POSIX name, UTF-8; of the root folder the volume's name
     EntryKind kind = EntryKind::file;
-    CatalogId id = 0;                      ///< given by the writer; set after reading and after writing
-    std::uint32_t mode = 0;                ///< permission bits (07777)
-    std::int64_t created = 0;              ///< Unix seconds; clamped to what HFS+ can hold
-    std::int64_t modified = 0;             ///< Unix seconds; also written as access and attribute date
+    CatalogId id = 0;                          ///< given by the writer; set after reading and after writing
+    std::uint32_t mode = 0;                    ///< permission bits (07777); of a root folder 0 means 0755
+    std::int64_t created = 0;                  ///< Unix seconds; clamped to what HFS+ can hold
+    std::int64_t modified = 0;                 ///< Unix seconds; also written as access and attribute date
     std::array<std::uint8_t, 32> finderInfo{}; ///< Finder and extended Finder info as on disk
     std::string linkTarget{};                  ///< of a symlink, UTF-8
     /// Extended attributes by name; "com.apple.FinderInfo" and "com.apple.ResourceFork" are not among them.
@@ -47,8 +48,8 @@ struct Entry {
     void setFinderFlags(std::uint16_t flags);
 };
 
-/// The direct child with this name by the volume's rule (case folded), or null.
-const Entry* findChild(const Entry& folder, std::string_view posixName);
-Entry* findChild(Entry& folder, std::string_view posixName);
+/// The direct child with this name by the volume's rule (case is ignored, unless another order is given), or null.
+const Entry* findChild(const Entry& folder, std::string_view posixName, NameOrder order = NameOrder::caseFolding);
+Entry* findChild(Entry& folder, std::string_view posixName, NameOrder order = NameOrder::caseFolding);
 
 } // namespace velmora::diskimage::hfs

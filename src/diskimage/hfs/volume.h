@@ -36,7 +36,9 @@ public:
     Volume& operator=(Volume&&) noexcept;
 
     [[nodiscard]] const VolumeInfo& info() const;
-    /// The root folder with everything in it; the entries' openData and openResource read from the volume.
+    /// The root folder with everything in it; the entries' openData and openResource read from the source and do not
+    /// need this object. Hard links show what they refer to; the file system's own files are left out, and so are
+    /// pipes, devices and access-control lists. openData of a file stored in compressed form throws DiskImageError.
     [[nodiscard]] const Entry& root() const;
     /// The entry at a path below the root ("/.background/background.tiff"; names compared by the volume's rule), or
     /// null.

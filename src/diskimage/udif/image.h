@@ -53,7 +53,7 @@ struct Chunk {
     ChunkType type = ChunkType::zero;
     std::uint64_t firstSector = 0; ///< relative to its extent
     std::uint64_t sectorCount = 0;
-    std::uint64_t offset = 0; ///< of the payload, relative to the data fork
+    std::uint64_t offset = 0; ///< of the payload in the data fork; after reading, the table's dataOffset is added
     std::uint64_t length = 0; ///< bytes of the payload
 };
 
@@ -112,11 +112,11 @@ enum class Format { udrw, udro, udzo };
 
 struct ConvertOptions {
     Format format = Format::udzo;
-    int zlibLevel = 6;     ///< 1 to 9
-    unsigned threads = 0;  ///< 0: all cores. The result does not depend on it
-    Guid segmentId{};      ///< all zero lets it be derived from the content
-    std::function<void(double)> progress{};  ///< called with 0..1, from the calling thread
-    std::function<bool()> stopped{};         ///< true ends the conversion with DiskImageError
+    int zlibLevel = 6;                      ///< 1 to 9
+    unsigned threads = 0;                   ///< 0: all cores. The result does not depend on it
+    Guid segmentId{};                       ///< all zero lets it be derived from the content
+    std::function<void(double)> progress{}; ///< called with 0..1, from the calling thread
+    std::function<bool()> stopped{};        ///< true ends the conversion with DiskImageError
 };
 
 /// Writes `disk`, a raw disk with a partition table, to `out` (empty) in the wanted format.

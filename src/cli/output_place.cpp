@@ -1,0 +1,41 @@
+#include "cli/output_place.h"
+
+#include "model/uuid.h"
+#include "platform/file_tree.h"
+
+namespace velmora::cli
+{
+namespace fs = std::filesystem;
+
+OutputPlace::OutputPlace(fs::path output) : m_output(fs::absolute(std::move(output)))
+{
+    std::error_code error;
+    if (fs::is_directory(fs::symlink_status(m_output, error)))
+        throw FileError("The output is a folder: " + m_output.string());
+    const fs::path parent = m_output.parent_path();
+    m_folder = parent / (".velmora-output-" + Uuid::random().toString());
+    if (!fs::create_directory(m_folder, error))
+        throw FileError("Cannot write into the output's folder " + parent.string() + ": " + error.message());
+    fs::permissions(m_folder, fs::perms::owner_all, error);
+}
+
+OutputPlace::~OutputPlace()
+{
+    try {
+        removeTree(m_folder);
+    } catch (const FileError&) {
+        // Nobody is left to tell, and the image itself is either in its place or was reported as failed.
+    }
+}
+
+void OutputPlace::commit()
+{
+    syncToDisk(buildPath());
+    std::error_code error;
+    fs::rename(buildPath(), m_output, error);
+    if (error)
+        throw FileError("Cannot put the finished image into its place " + m_output.string() + ": " + error.message());
+    syncToDisk(m_output.parent_path());
+}
+
+} // namespace velmora::cli

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <filesystem>
+
+namespace velmora::cli
+{
+
+/// A private folder beside the wanted output, in which the image is built under its final name: an older image stays
+/// until a new one is complete. The folder goes away with the object.
+class OutputPlace
+{
+public:
+    /// Makes the folder. Throws FileError naming the folder, also when `output` is a folder itself.
+    explicit OutputPlace(std::filesystem::path output);
+    ~OutputPlace();
+    OutputPlace(const OutputPlace&) = delete;
+    OutputPlace& operator=(const OutputPlace&) = delete;
+
+    /// Where the image is to be built.
+    [[nodiscard]] std::filesystem::path buildPath() const { return m_folder / m_output.filename(); }
+    /// Puts the built image into its place, replacing an older one in one move. Throws FileError.
+    void commit();
+
+private:
+    std::filesystem::path m_output;
+    std::filesystem::path m_folder;
+};
+
+} // namespace velmora::cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "diskimage/base/bytes.h"
+
+#include <memory>
+
+struct libdeflate_compressor;
+
+namespace velmora::diskimage::udif
+{
+
+/// Compresses chunks to zlib streams. One object a thread.
+class ZlibCompressor
+{
+public:
+    /// `level` from 1 to 9.
+    explicit ZlibCompressor(int level);
+    /// The stream, or nothing when it would not be smaller than `bytes`.
+    [[nodiscard]] Bytes compress(ByteView bytes) const;
+
+private:
+    std::shared_ptr<libdeflate_compressor> m_compressor;
+};
+
+/// Expands a zlib stream into exactly `size` bytes. Throws DiskImageError when it is damaged or of another length.
+Bytes expandZlib(ByteView stream, std::size_t size);
+
+} // namespace velmora::diskimage::udif

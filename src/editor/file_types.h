@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/ports/file_panels.h"
+
+/// What the editor's panels offer.
+namespace velmora::FileTypes
+{
+
+inline FileType project()
+{
+    return {"Velmora Project", {"velmora"}};
+}
+
+inline FileType diskImage()
+{
+    return {"Disk Image", {"dmg"}};
+}
+
+/// Everything that is read as a picture.
+inline FileType pictures()
+{
+    return {"Pictures", {"png", "jpg", "jpeg", "tif", "tiff", "gif", "webp", "heic", "heif", "bmp", "icns"}};
+}
+
+} // namespace velmora::FileTypes

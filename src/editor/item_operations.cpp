@@ -1,0 +1,71 @@
+#include "editor/app_state.h"
+
+#include "model/project_defaults.h"
+#include "platform/ports/file_panels.h"
+
+#include <algorithm>
+
+namespace velmora
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+
+/// Folders may come with a separator at the end, which is no part of their name.
+fs::path withoutTrailingSeparator(const fs::path& path)
+{
+    return path.has_filename() || !path.has_relative_path() ? path : path.parent_path();
+}
+
+} // namespace
+
+void AppState::addFiles(const std::vector<fs::path>& files)
+{
+    const UndoStep step(*this);
+    if (!files.empty()) {
+        change([&](DMGProject& project) {
+            auto slot =
+                static_cast<int>(std::count_if(project.items.begin(), project.items.end(),
+                                               [](const auto& item) { return !item.isSymlink() && !item.hidden; }));
+            for (const fs::path& file : files) {
+                const fs::path source = withoutTrailingSeparator(file);
+                const Point place = DMGProjectDefaults::appSlot(slot++, project);
+                project.items.push_back({.sourcePath = source.string(),
+                                         .displayName = source.filename().string(),
+                                         .x = place.x,
+                                         .y = place.y});
+            }
+        });
+    }
+    markDirty();
+}
+
+void AppState::addFilesViaPanel()
+{
+    const auto files = m_ports.panels.open({.multiple = true, .folders = true});
+    if (!files.empty())
+        addFiles(files);
+}
+
+void AppState::addApplicationsLink()
+{
+    edit({}, [](DMGProject& project) { project.items.push_back(DMGProjectDefaults::applicationsItem(project)); });
+}
+
+void AppState::remove(Uuid id)
+{
+    const UndoStep step(*this);
+    change([&](DMGProject& project) { std::erase_if(project.items, [&](const auto& item) { return item.id == id; }); });
+    if (m_selections.item == id)
+        setSelection({});
+    markDirty();
+}
+
+void AppState::removeSelected()
+{
+    if (m_selections.item)
+        remove(*m_selections.item);
+}
+
+} // namespace velmora

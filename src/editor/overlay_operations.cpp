@@ -1,0 +1,118 @@
+#include "editor/app_state.h"
+
+#include "editor/file_types.h"
+#include "l10n/l10n.h"
+#include "render/built_in_arrows.h"
+#include "render/overlay_images.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+namespace velmora
+{
+namespace
+{
+
+/// Larger pictures come into the window at this length of their longer side.
+constexpr double largestNewSide = 220;
+
+Rect boxOfNewOverlay(Size picture, std::optional<Point> center, Size content)
+{
+    const double scale = std::min(largestNewSide / std::max(picture.width, picture.height), 1.0);
+    const double width = picture.width * scale;
+    const double height = picture.height * scale;
+    const Point middle = center.value_or(Point{content.width * 0.5, content.height * 0.5});
+    // A box larger than the window keeps its right and bottom edges inside.
+    return {std::min(content.width - width, std::max(middle.x - width * 0.5, 0.0)),
+            std::min(content.height - height, std::max(middle.y - height * 0.5, 0.0)), width, height};
+}
+
+} // namespace
+
+bool AppState::isImageURL(const std::filesystem::path& file)
+{
+    constexpr std::array<std::string_view, 8> extensions{".png",  ".jpg", ".jpeg", ".tif",
+                                                         ".tiff", ".gif", ".webp", ".heic"};
+    std::string extension = file.extension().string();
+    for (char& c : extension)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
+}
+
+void AppState::addOverlayImage(std::optional<Point> point)
+{
+    const auto files =
+        m_ports.panels.open({.message = L10n::t("overlay_picker_message"), .types = {FileTypes::pictures()}});
+    if (!files.empty())
+        addOverlayImage(files.front(), point);
+}
+
+void AppState::addOverlayImage(const std::filesystem::path& file, std::optional<Point> point,
+                               std::optional<std::string> builtInArrowID)
+{
+    const PicturePtr picture = loadImageWithAlpha(file.string(), m_ports.pictures);
+    if (!picture || picture->pointSize.isEmpty())
+        return presentError("Could not open image:\n" + file.string());
+
+    const Size size{picture->pointSize.width(), picture->pointSize.height()};
+    const Rect box = boxOfNewOverlay(size, point, m_project.contentSize());
+    const DMGOverlayImage overlay{.sourcePath = file.string(),
+                                  .builtInArrowID = std::move(builtInArrowID),
+                                  .x = box.x,
+                                  .y = box.y,
+                                  .width = box.width,
+                                  .height = box.height,
+                                  .originalWidth = box.width,
+                                  .originalHeight = box.height};
+    const UndoStep step(*this);
+    change([&](DMGProject& project) { project.overlayImages.push_back(overlay); });
+    setEditorMode(EditorMode::background);
+    setOverlaySelection(overlay.id);
+    setSelection({});
+    setInspectorTab(InspectorTab::arrange);
+    markDirty();
+}
+
+void AppState::addBuiltInArrow(const std::string& id, std::optional<Point> point)
+{
+    if (const auto file = m_ports.arrows.filePath(id))
+        addOverlayImage(*file, point, id);
+    else
+        presentError("Could not load built-in arrow.");
+}
+
+void AppState::removeOverlay(Uuid id)
+{
+    const UndoStep step(*this);
+    if (const DMGOverlayImage* overlay = findElement(m_project.overlayImages, id))
+        m_ports.pictures.remove(overlay->sourcePath);
+    change([&](DMGProject& project) {
+        std::erase_if(project.overlayImages, [&](const auto& overlay) { return overlay.id == id; });
+    });
+    if (m_selections.overlay == id)
+        setOverlaySelection({});
+    markDirty();
+}
+
+void AppState::removeSelectedOverlay()
+{
+    if (m_selections.overlay)
+        removeOverlay(*m_selections.overlay);
+}
+
+void AppState::commitOverlayBounds(const Uuid& id, const Rect& bounds)
+{
+    editElement<DMGOverlayImage>(id, [&](DMGOverlayImage& overlay) { overlay.setBounds(bounds); });
+}
+
+void AppState::resetOverlayToOriginalSize(const Uuid& id)
+{
+    editElement<DMGOverlayImage>(id, [](DMGOverlayImage& overlay) {
+        const Point center = overlay.center();
+        const Size size{overlay.effectiveOriginalWidth(), overlay.effectiveOriginalHeight()};
+        overlay.setBounds({center.x - size.width * 0.5, center.y - size.height * 0.5, size.width, size.height});
+    });
+}
+
+} // namespace velmora

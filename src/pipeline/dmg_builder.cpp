@@ -1,0 +1,160 @@
+#include "pipeline/dmg_builder.h"
+
+#include "pipeline/attach.h"
+#include "pipeline/background_staging.h"
+#include "pipeline/build_run.h"
+#include "pipeline/finder_layout.h"
+#include "pipeline/image_size.h"
+#include "pipeline/scratch_folder.h"
+#include "pipeline/signing.h"
+#include "pipeline/staging.h"
+#include "pipeline/validation.h"
+#include "pipeline/volume_icon.h"
+
+#include <system_error>
+#include <utility>
+
+namespace velmora
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+
+/// The Finder writes its records a moment after it was told to.
+constexpr std::chrono::milliseconds settlingTime{2000};
+
+StageFolder makeStage(const ScratchFolder& scratch)
+{
+    const fs::path stage = scratch.path() / "stage";
+    fs::create_directory(stage);
+    fs::permissions(stage, stagedFolderMode);
+    return StageFolder(stage);
+}
+
+void createImage(BuildRun& run, const DMGProject& project, const fs::path& stage, std::int64_t sizeMB,
+                 const fs::path& image)
+{
+    run.say("Creating read/write image (" + std::to_string(sizeMB) + " MB)…");
+    const ShellResult result =
+        run.tool("/usr/bin/hdiutil", {"create", "-srcfolder", stage.string(), "-volname", project.volumeName, "-fs",
+                                      std::string(hdiutilName(project.filesystem)), "-fsargs", "-c c=64,a=16,e=16",
+                                      "-format", "UDRW", "-size", std::to_string(sizeMB) + "m", image.string()});
+    if (!result.ok())
+        throw BuildError("hdiutil create failed:\n" + result.stdErr);
+}
+
+void settle(const BuildRun& run)
+{
+    static_cast<void>(run.tool("/bin/sync", {}, Echo::silent));
+    run.pause(settlingTime);
+    static_cast<void>(run.tool("/bin/sync", {}, Echo::silent));
+}
+
+/// Mounts the image, dresses its window and volume, and detaches it again, whatever happens.
+void dressImage(BuildRun& run, const DMGProject& project, const fs::path& image,
+                const std::optional<std::string>& backgroundName)
+{
+    run.say("Mounting image…");
+    const Mount mount = attachImage(run, image);
+    try {
+        run.say("Applying Finder layout…");
+        applyFinderLayout(run, project, mount.mountPoint, backgroundName);
+        if (!project.volumeIconPath.empty()) {
+            run.say("Setting volume icon…");
+            setVolumeIcon(run, project.volumeIconPath, mount.mountPoint);
+        }
+        settle(run);
+        run.report(BuildStep::detach, 0.55);
+        run.say("Detaching image…");
+        detachImage(run, mount);
+    } catch (...) {
+        forceDetach(run, mount.device, Echo::logged);
+        throw;
+    }
+}
+
+/// Only a file or a link: a folder that has appeared meanwhile is for the image tool to complain about.
+void removeEarlierImage(const fs::path& output)
+{
+    std::error_code ignored;
+    const fs::file_type type = fs::symlink_status(output, ignored).type();
+    if (type == fs::file_type::regular || type == fs::file_type::symlink)
+        fs::remove(output, ignored);
+}
+
+void convertImage(BuildRun& run, const DMGProject& project, const fs::path& image, const fs::path& output)
+{
+    run.say("Converting to " + std::string(displayName(project.format)) + "…");
+    removeEarlierImage(output);
+    std::vector<std::string> arguments = {"convert", image.string(), "-format", std::string(rawValue(project.format)),
+                                          "-o",      output.string()};
+    if (project.format == DMGFormat::compressed)
+        arguments.insert(arguments.end(), {"-imagekey", "zlib-level=9"});
+    std::optional<std::string> password;
+    if (const auto encryption = hdiutilValue(project.encryption)) {
+        if (project.encryptionPassword.empty())
+            throw BuildError("Encryption is enabled but no password was set (Volume tab).");
+        arguments.insert(arguments.end(), {"-encryption", std::string(*encryption), "-stdinpass"});
+        password = project.encryptionPassword;
+    }
+    const ShellResult result = run.tool("/usr/bin/hdiutil", arguments, Echo::logged, password);
+    if (!result.ok())
+        throw BuildError("hdiutil convert failed:\n" + result.stdErr);
+}
+
+void enableInternet(BuildRun& run, const fs::path& output)
+{
+    run.say("Enabling internet-enable flag…");
+    run.warnUnlessOk(run.tool("/usr/bin/hdiutil", {"internet-enable", "-yes", output.string()}),
+                     "The image could not be marked as internet-enabled");
+}
+
+void buildImage(BuildRun& run, const DMGProject& project, const fs::path& output)
+{
+    const BuildEnvironment& environment = run.environment();
+    run.report(BuildStep::staging, 0);
+    validate(project, output, environment.temporaryFolder);
+    const ScratchFolder scratch(environment.temporaryFolder, "velmora-build-" + environment.uuid());
+    StageFolder stage = makeStage(scratch);
+    run.say("Staging " + std::to_string(project.items.size()) + " item(s)…");
+    stageItems(run, project, stage);
+    stageLicense(run, project, stage);
+    run.report(BuildStep::background, 0.15);
+    const std::optional<std::string> backgroundName = stageBackground(run, project, stage);
+    run.report(BuildStep::create, 0.2);
+    const fs::path image = scratch.path() / "temp.dmg";
+    createImage(run, project, stage.path(), chooseImageSize(run, project, stage.path()), image);
+    run.report(BuildStep::layout, 0.4);
+    dressImage(run, project, image, backgroundName);
+    run.report(BuildStep::convert, 0.6);
+    convertImage(run, project, image, output);
+    if (project.internetEnabled)
+        enableInternet(run, output);
+    const BuildStep last = signs(project.signingMode) ? BuildStep::sign : BuildStep::convert;
+    run.report(last, 0.9);
+    signAndNotarize(run, project, output);
+    run.report(last, 1);
+    run.say("✅ Done: " + output.string());
+}
+
+} // namespace
+
+DMGBuilder::DMGBuilder(LogCallback log, BuildEnvironment environment, StepCallback step)
+    : m_log(std::move(log)), m_environment(std::move(environment)), m_step(std::move(step))
+{
+}
+
+void DMGBuilder::build(const DMGProject& project, const fs::path& output)
+{
+    m_warnings.clear();
+    BuildRun run(m_log, m_environment, m_step, m_warnings);
+    try {
+        buildImage(run, project, fs::absolute(output));
+    } catch (...) {
+        run.checkStop(); // a tool or a copy that was ended by the stop failed in its own words
+        throw;
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "model/project.h"
+#include "pipeline/build_run.h"
+#include "pipeline/stage_folder.h"
+
+namespace velmora
+{
+
+/// Copies or links every visible entry of the project into the stage, in order; of entries with one name the last one
+/// stays. Throws FileError naming the file.
+void stageItems(BuildRun& run, const DMGProject& project, StageFolder& stage);
+
+/// Writes the licence agreement, when the project has one, as "LICENSE.txt". Throws FileError.
+void stageLicense(BuildRun& run, const DMGProject& project, StageFolder& stage);
+
+} // namespace velmora

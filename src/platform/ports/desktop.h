@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace velmora
+{
+
+/// What the program asks of the desktop.
+class Desktop
+{
+public:
+    virtual ~Desktop() = default;
+    /// Shows and selects a file in the file manager.
+    virtual void reveal(const std::filesystem::path& file) = 0;
+    /// Opens an http or https address in the browser.
+    virtual void openAddress(const std::string& address) = 0;
+};
+
+} // namespace velmora

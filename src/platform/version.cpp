@@ -1,0 +1,8 @@
+#include "platform/version.h"
+
+namespace velmora
+{
+
+const char* const programVersion = VELMORA_VERSION;
+
+} // namespace velmora

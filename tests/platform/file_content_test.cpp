@@ -1,0 +1,70 @@
+#include "platform/file_tree.h"
+
+#include "platform/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace velmora
+{
+namespace
+{
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+constexpr std::uint64_t limit = 100;
+
+TEST(WriteFile, twoWaysDifferInWhatHappensToALink)
+{
+    TemporaryFolder folder;
+    writeFile(folder / "real", "a longer text");
+    fs::create_symlink("real", folder / "link");
+    writeFile(folder / "link", "short");
+    EXPECT_EQ(readFile(folder / "real", limit), "short");
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+
+    writeFileAtomically(folder / "link", "own");
+    EXPECT_FALSE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(readFile(folder / "link", limit), "own");
+    EXPECT_EQ(readFile(folder / "real", limit), "short");
+}
+
+TEST(WriteFile, followsTheUsersMask)
+{
+    TemporaryFolder folder;
+    const mode_t previous = ::umask(027);
+    writeFile(folder / "plain", "x");
+    writeFileAtomically(folder / "atomic", "x");
+    ::umask(previous);
+    EXPECT_EQ(describe(folder / "plain").mode, 0640U);
+    EXPECT_EQ(describe(folder / "atomic").mode, 0640U);
+}
+
+TEST(WriteFile, aFailureLeavesTheOldFileAndNoRemains)
+{
+    TemporaryFolder folder;
+    fs::create_directories(folder / "goal/full");
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_THROW(writeFileAtomically(folder / "goal", "x"), FileError);
+    EXPECT_THROW(writeFileAtomically(folder / "missing/file", "x"), FileError);
+    EXPECT_THROW(writeFile(folder / "goal", "x"), FileError);
+    EXPECT_THROW(writeFile(folder / "pipe", "x"), FileError); // and does not wait for a reader
+    EXPECT_THAT(listFolder(folder.path), ElementsAre("goal", "pipe"));
+}
+
+TEST(ReadFile, readsUpToTheLimitFromOrdinaryFilesOnly)
+{
+    TemporaryFolder folder;
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    writeFile(folder / "exact", std::string(limit, 'x'));
+    writeFile(folder / "larger", std::string(limit + 1, 'x'));
+    EXPECT_EQ(readFile(folder / "exact", limit).size(), limit);
+    for (const char* const name : {"larger", "pipe", ".", "missing"})
+        EXPECT_THROW(readFile(folder / name, limit), FileError) << name;
+}
+
+} // namespace
+} // namespace velmora
