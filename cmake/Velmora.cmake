@@ -14,13 +14,13 @@ if(VELMORA_SANITIZE)
 endif()
 target_include_directories(velmora_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
 
-# velmora_library(NAME [USES lib…] [PRIVATE_USES lib…])
-# A static library velmora_NAME of all sources of the calling folder.
+# velmora_library(NAME [MOC] [USES lib…] [PRIVATE_USES lib…])
+# A static library velmora_NAME of all sources of the calling folder; MOC where a class has signals.
 function(velmora_library name)
-    cmake_parse_arguments(ARG "" "" "USES;PRIVATE_USES" ${ARGN})
+    cmake_parse_arguments(ARG "MOC" "" "USES;PRIVATE_USES" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
     add_library(velmora_${name} STATIC ${sources})
-    set_target_properties(velmora_${name} PROPERTIES LINKER_LANGUAGE CXX)
+    set_target_properties(velmora_${name} PROPERTIES LINKER_LANGUAGE CXX AUTOMOC ${ARG_MOC})
     target_link_libraries(velmora_${name} PUBLIC velmora_options ${ARG_USES} PRIVATE ${ARG_PRIVATE_USES})
 endfunction()
 

@@ -113,7 +113,7 @@ void writeContent(const OpenedImage& opened, const std::string& path)
 }
 
 /// The picture with the most pixels: a background holds one rendering for each kind of screen.
-QImage largestPicture(Bytes bytes)
+QImage largestPicture(const Bytes& bytes)
 {
     QByteArray content(reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size()));
     QBuffer buffer(&content);
@@ -121,12 +121,13 @@ QImage largestPicture(Bytes bytes)
     QImageReader reader(&buffer);
     QImage largest;
     constexpr int mostPictures = 8; // a hostile file may claim millions
-    for (int i = 0; i < mostPictures; ++i) {
+    const int count = std::clamp(reader.imageCount(), 1, mostPictures);
+    for (int i = 0; i < count; ++i) {
+        if (i > 0 && !reader.jumpToImage(i))
+            break;
         const QImage image = reader.read();
         if (image.width() > largest.width())
             largest = image;
-        if (!reader.jumpToNextImage())
-            break;
     }
     return largest;
 }

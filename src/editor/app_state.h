@@ -5,6 +5,7 @@
 #include "editor/history.h"
 #include "editor/recent_documents.h"
 #include "editor/selections.h"
+#include "model/document.h"
 #include "model/project.h"
 #include "pipeline/build_step.h"
 
@@ -43,7 +44,8 @@ class AppState : public QObject
     Q_OBJECT
 
 public:
-    static constexpr std::string_view ext = "velmora";
+    /// The documents' file extension.
+    static constexpr std::string_view ext = Document::fileExtension;
 
     explicit AppState(EditorPorts ports, QObject* parent = nullptr);
     /// Stops a running build and waits for it.
@@ -247,6 +249,8 @@ signals:
     void buildLogAppended(const std::string& text);
     /// The running build has come to `step`; `fraction` of the whole is done.
     void buildStepChanged(velmora::BuildStep step, double fraction);
+    /// The build has ended and every property tells so, unlike at isBuildingChanged().
+    void buildFinished();
 
 private:
     /// One undo step, from its making to its end; steps inside a step are part of it. Everything that changes the

@@ -63,12 +63,13 @@ void AppState::finishBuild(const fs::path& output, const BuildOutcome& outcome)
     m_build.reset();
     set(m_isBuilding, false, &AppState::isBuildingChanged);
     set(m_buildWarnings, outcome.warnings, &AppState::buildWarningsChanged);
-    if (!outcome.error) {
+    if (outcome.error) {
+        set(m_buildError, outcome.error, &AppState::buildErrorChanged);
+        appendToLog("\n❌ " + *outcome.error + "\n");
+    } else {
         set(m_lastOutputURL, {output}, &AppState::lastOutputURLChanged);
-        return;
     }
-    set(m_buildError, outcome.error, &AppState::buildErrorChanged);
-    appendToLog("\n❌ " + *outcome.error + "\n");
+    emit buildFinished();
 }
 
 void AppState::stopBuild()

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "model/document.h"
 #include "platform/ports/file_panels.h"
+
+#include <string>
 
 /// What the editor's panels offer.
 namespace velmora::FileTypes
@@ -8,7 +11,7 @@ namespace velmora::FileTypes
 
 inline FileType project()
 {
-    return {"Velmora Project", {"velmora"}};
+    return {"Velmora Project", {std::string(Document::fileExtension)}};
 }
 
 inline FileType diskImage()

@@ -40,7 +40,7 @@ struct DMGOverlayImage {
 struct DMGTextOverlay {
     Uuid id = Uuid::random();
     std::string identifier = "textObject";
-    std::string text = "Drag & Drop"; ///< may hold line breaks
+    std::string text = "Drag & Drop";       ///< may hold line breaks
     std::string fontName = "HelveticaNeue"; ///< PostScript name
     double fontSize = 12;                   ///< points
     CodableColor color{0, 0, 0, 1};

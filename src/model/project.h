@@ -67,7 +67,8 @@ struct DMGProject {
 
     /// A starter project: factory window, gradient, caption, the default arrow when `arrowFile` knows its file, and the
     /// given items on the default slots with an Applications link.
-    static DMGProject fromTemplate(std::string volumeName, std::vector<DMGItem> items, const ArrowFileFinder& arrowFile);
+    static DMGProject fromTemplate(std::string volumeName, std::vector<DMGItem> items,
+                                   const ArrowFileFinder& arrowFile);
     /// The project with which every new document begins: fromTemplate("My App", {}).
     static DMGProject starter(const ArrowFileFinder& arrowFile);
 

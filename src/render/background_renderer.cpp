@@ -18,6 +18,7 @@ namespace
 // What the raster engine can address, and a bound on the memory of one drawing.
 constexpr int longestSide = 32768;
 constexpr qint64 largestArea = 256'000'000;
+constexpr double largestScale = 1000; // pixels a point
 
 constexpr double radians(double degrees)
 {
@@ -109,14 +110,14 @@ std::optional<QByteArray> pngData(const DMGProject& project, int pixelWidth, int
     const double scaleX = pixelWidth / content.width;
     const double scaleY = pixelHeight / content.height;
     int dpi = 72;
+    const auto sensible = [](double scale) { return scale > 1 / largestScale && scale < largestScale; };
     // Without a content area there is nothing to draw in: the picture stays transparent.
-    if (content.width > 0 && content.height > 0 && std::isfinite(content.width) && std::isfinite(content.height)) {
+    if (sensible(scaleX) && sensible(scaleY)) {
         QPainter painter(&image);
         painter.scale(scaleX, scaleY);
         draw(painter, project, {content.width, content.height}, true, 0, context);
         painter.end();
-        constexpr double largestDpi = 10000;
-        dpi = static_cast<int>(std::clamp(std::round(72 * scaleX), 1.0, largestDpi));
+        dpi = std::max(1, static_cast<int>(std::lround(72 * scaleX)));
     }
     QByteArray png = encodePng(image, dpi);
     return png.isEmpty() ? std::nullopt : std::optional(std::move(png));
@@ -125,8 +126,8 @@ std::optional<QByteArray> pngData(const DMGProject& project, int pixelWidth, int
 QImage image(const DMGProject& project, QSizeF size, bool includeOverlays, double scale, const RenderContext& context)
 {
     QImage result = bitmap(std::ceil(size.width() * scale), std::ceil(size.height() * scale));
-    if (result.isNull())
-        return result;
+    if (result.isNull() || scale > largestScale)
+        return {};
     result.setDevicePixelRatio(scale);
     QPainter painter(&result);
     draw(painter, project, size, includeOverlays, 0, context);

@@ -76,16 +76,17 @@ TextShadow shadowOf(const DMGTextOverlay& overlay, double scale)
 void drawCaption(QPainter& painter, const DMGTextOverlay& overlay, Scale scale, QSizeF size, double yOffset,
                  const RenderContext& context)
 {
+    if (overlay.text.empty())
+        return;
     const Fonts::Resolved font = Fonts::resolve(overlay.fontName);
     if (!font.found)
         warn(context, "The font " + quoted(overlay.fontName) + " of the caption " + quoted(overlay.identifier) +
                           " is not available; " + font.familyName.toStdString() + " is used instead.");
-    if (overlay.text.size() > static_cast<std::size_t>(TextBlock::longestText))
-        warn(context, "The caption " + quoted(overlay.identifier) + " is too long; its end is left out.");
-
     const double textScale = std::min(scale.x, scale.y);
     const TextBlock text(overlay.text, font, overlay.fontSize * textScale, overlay.width * scale.x,
                          overlay.horizontalAlignment);
+    if (text.isCut())
+        warn(context, "The caption " + quoted(overlay.identifier) + " is too long; its end is left out.");
     const double slack = overlay.height * scale.y - text.height();
     const QPointF topLeft(overlay.x * scale.x,
                           (overlay.y + yOffset) * scale.y + placement(overlay.verticalAlignment, slack));

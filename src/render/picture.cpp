@@ -103,7 +103,11 @@ QImage inSRgb(QImage image)
     const QColorSpace space = image.colorSpace();
     if (space.isValid() && space != QColorSpace(QColorSpace::SRgb)) {
         // Palettes and grey values are converted first: a colour space speaks of red, green and blue.
-        image.convertTo(image.depth() > 32 ? QImage::Format_RGBA64 : QImage::Format_ARGB32);
+        const bool alpha = image.hasAlphaChannel();
+        if (image.depth() > 32)
+            image.convertTo(alpha ? QImage::Format_RGBA64 : QImage::Format_RGBX64);
+        else
+            image.convertTo(alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
         image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
     }
     image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);

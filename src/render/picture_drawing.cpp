@@ -50,8 +50,10 @@ bool drawPicture(QPainter& painter, const QImage& image, const QRectF& rect, con
 {
     if (!drawable(rect))
         return false;
+    constexpr double invisible = 1e-3; // less than that divides by next to nothing
     const QRectF shown = rect & visible;
-    if (image.isNull() || image.depth() % 8 != 0 || shown.isEmpty())
+    if (image.isNull() || image.depth() % 8 != 0 || rect.width() < invisible || rect.height() < invisible ||
+        shown.isEmpty())
         return true;
 
     const double toPixelsX = image.width() / rect.width();

@@ -17,8 +17,9 @@ namespace
 constexpr double largestBlur = 500;
 // The platform's standard tab stops.
 constexpr double tabDistance = 28;
-// Masks beyond this come from nonsensical projects only.
+// Masks beyond these come from nonsensical projects only.
 constexpr qint64 largestMaskPixels = 400'000'000;
+constexpr double largestSigma = 20'000; // device pixels
 
 /// The text engine breaks at U+2028 alone.
 QString withLineSeparators(const std::string& utf8)
@@ -28,11 +29,6 @@ QString withLineSeparators(const std::string& utf8)
     for (QChar& c : text) {
         if (c == u'\n' || c == u'\r' || c == u'\v' || c == u'\f' || c == u'\u0085' || c == QChar::ParagraphSeparator)
             c = QChar::LineSeparator;
-    }
-    if (text.size() > TextBlock::longestText) {
-        text.truncate(TextBlock::longestText);
-        if (text.back().isHighSurrogate())
-            text.chop(1);
     }
     return text;
 }
@@ -84,7 +80,10 @@ TextBlock::TextBlock(const std::string& text, const Fonts::Resolved& font, doubl
                      TextHorizontalAlignment alignment)
     : m_zoom(std::min(largestSize, std::max(smallestSize, fontSize)) / Fonts::referencePixels)
 {
-    const QString lines = withLineSeparators(text);
+    QString lines = withLineSeparators(text);
+    m_cut = lines.size() > longestText;
+    if (m_cut)
+        lines.truncate(lines[longestText - 1].isHighSurrogate() ? longestText - 1 : longestText);
     if (lines.isEmpty())
         return;
     m_layout = std::make_unique<QTextLayout>(lines, font.font);
@@ -137,6 +136,8 @@ void TextBlock::drawShadow(QPainter& painter, QPointF topLeft, const TextShadow&
     const double blur = std::min(largestBlur, std::max(0.0, shadow.blur));
     // A blur radius covers two standard deviations.
     const double sigma = blur / 2 * scale;
+    if (!(sigma <= largestSigma))
+        return;
     const double reach = blurReach(sigma) + 1;
 
     // Slanted and swashed glyphs stand out of their column.

@@ -40,6 +40,8 @@ public:
     /// Height of all lines with their leading; 0 for empty text.
     [[nodiscard]] double height() const { return m_height; }
     [[nodiscard]] int lineCount() const;
+    /// Whether the text was too long and its end was left out.
+    [[nodiscard]] bool isCut() const { return m_cut; }
     /// Draws with the column's top-left corner at `topLeft`, in a painter whose unit is a point and whose y axis points
     /// down; the painter is neither rotated nor mirrored.
     void draw(QPainter& painter, QPointF topLeft, const QColor& color) const;
@@ -50,6 +52,7 @@ private:
     std::unique_ptr<QTextLayout> m_layout{}; ///< null for empty text
     double m_zoom = 1;                       ///< points a layout unit
     double m_height = 0;
+    bool m_cut = false;
 };
 
 } // namespace velmora

@@ -61,7 +61,7 @@ TEST(Building, makesTheImageAndTellsEachLineInOrder)
     state.build();
     EXPECT_TRUE(state.isBuilding());
     world.waitForBuild();
-    EXPECT_EQ(events, (Names{"building+", "building-", "output+"}));
+    EXPECT_EQ(events, (Names{"building+", "building-", "output+", "finished"}));
     EXPECT_EQ(state.lastOutputURL(), world.build.output);
     EXPECT_FALSE(state.buildError());
     EXPECT_EQ(BuildWorld::read(world.build.output), "final");
@@ -89,7 +89,7 @@ TEST(Building, endsAFailureWithItsReason)
     const auto& events = world.record();
     state.build();
     world.waitForBuild();
-    EXPECT_EQ(events, (Names{"building+", "building-", "error+"}));
+    EXPECT_EQ(events, (Names{"building+", "building-", "error+", "finished"}));
     EXPECT_EQ(state.buildError(), "hdiutil convert failed:\nno space");
     const std::string end = "\n\n❌ hdiutil convert failed:\nno space\n";
     EXPECT_EQ(state.buildLog().substr(state.buildLog().size() - end.size()), end);

@@ -161,6 +161,7 @@ std::vector<std::string>& EditorWorld::record()
     tell(&AppState::lastOutputURLChanged, [=] { return std::string("output") + mark(s->lastOutputURL().has_value()); });
     tell(&AppState::buildErrorChanged, [=] { return std::string("error") + mark(s->buildError().has_value()); });
     tell(&AppState::showArrowPickerChanged, [] { return "picker"; });
+    tell(&AppState::buildFinished, [] { return "finished"; });
     tell(&AppState::objectChanged, [] { return "object"; });
     return m_events;
 }

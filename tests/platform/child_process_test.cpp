@@ -49,8 +49,8 @@ TEST(RunChild, returnsOutputsAndStatus)
         {"a status", "exit 7", "", 7, "", ""},
         {"a signal", "echo begun; kill -9 $$", "", SIGKILL, "begun\n", ""},
         {"empty input ends at once", "cat; echo end", "", 0, "end\n", ""},
-        {"the outputs closed before the input is read", "exec >&- 2>&-; read word; test \"$word\" = secret", "secret\n",
-         0, "", ""},
+        {"the outputs closed before the input is read", "exec >&- 2>&-; test $(wc -c) = 400000",
+         std::string(400000, 'x'), 0, "", ""},
         {"no line break and a NUL", "cat", std::string("a\0b", 3), 0, std::string("a\0b", 3), ""},
     };
     for (const auto& c : cases) {

@@ -124,6 +124,23 @@ TEST(CopyTree, keepsContentLinksModesAndTimes)
     });
 }
 
+TEST(CopyTree, copiesAnothersFolderThatItsCopysOwnerMayNotEnter)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "takes a second user";
+    TemporaryFolder folder;
+    ::chmod(folder.path.c_str(), 0755);
+    fs::create_directories(folder / "source/closed/inner");
+    ::chmod((folder / "source/closed").c_str(), 0055);
+    asOrdinaryUser([&] {
+        TemporaryFolder own;
+        copyTree(folder / "source", own / "copy");
+        EXPECT_EQ(describe(own / "copy/closed").mode, 0055U);
+        removeTree(own / "copy");
+        EXPECT_THAT(listFolder(own.path), IsEmpty());
+    });
+}
+
 TEST(CopyTree, makesIndependentFilesAndKeepsHoles)
 {
     TemporaryFolder folder;
@@ -189,6 +206,7 @@ TEST(CopyTree, refusesWhatCannotBeCopied)
 {
     TemporaryFolder folder;
     fs::create_directories(folder / "tree/inner");
+    fs::create_directory(folder / "tree/before it");
     put(folder / "file", "old");
     ASSERT_EQ(::mkfifo((folder / "tree/inner/pipe").c_str(), 0600), 0);
     const auto copy = [&](const std::string& from, const std::string& to) {

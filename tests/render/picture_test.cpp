@@ -264,15 +264,9 @@ TEST(Picture, keepsTransparency)
 
 TEST(Picture, refusesWhatIsNone)
 {
-    // The header of a picture of 200,000 × 2,000 pixels; its checksum is made to fit.
-    QByteArray huge = encoded(quadrants(), "png");
-    QByteArray header("IHDR", 4);
-    appendBig<quint32>(header, 200'000);
-    appendBig<quint32>(header, 2'000);
-    header.append("\x08\x02\0\0\0", 5);
-    huge.replace(12, header.size(), header);
-    const quint32 checksum = qToBigEndian<quint32>(0);
-    huge.replace(12 + header.size(), 4, reinterpret_cast<const char*>(&checksum), 4);
+    // Sound, small in the file and, at a bit a pixel, in memory too.
+    QImage huge(200'000, 1'001, QImage::Format_Mono);
+    huge.fill(0);
     const struct {
         const char* name;
         QByteArray bytes;
@@ -281,7 +275,7 @@ TEST(Picture, refusesWhatIsNone)
         {"text", "This is no picture."},
         {"vector graphics", "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8\" height=\"8\"/>"},
         {"a portable pixmap", "P6 1 1 255\nabc"},
-        {"more pixels than the limit", huge},
+        {"more pixels than the limit", encoded(huge, "png")},
         {"an icon family without pictures", QByteArray("icns\0\0\0\x08", 8)},
         {"another file of the same family as HEIC", QByteArray("\0\0\0\x10"
                                                                "ftypisom\0\0\0\0",
@@ -295,6 +289,8 @@ TEST(Picture, refusesWhatIsNone)
 
 TEST(Picture, survivesDamage)
 {
+    // The image libraries have much to say about damaged files.
+    const QtMessageHandler loud = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     for (const Sample& s : samples()) {
         SCOPED_TRACE(s.name);
         for (qsizetype size = 0; size < s.bytes.size(); size += 1 + s.bytes.size() / 60)
@@ -309,6 +305,7 @@ TEST(Picture, survivesDamage)
             }
         }
     }
+    qInstallMessageHandler(loud);
 }
 
 class PictureFiles : public RenderTest

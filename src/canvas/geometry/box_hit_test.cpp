@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 namespace velmora::BoxGeometry
 {
@@ -65,10 +64,10 @@ std::optional<BoxHit> hitTest(Point viewPoint, std::span<const OverlayBox> boxes
                 return BoxHit{box->id, handle};
         }
     }
-    const auto body =
-        std::find_if(std::make_reverse_iterator(boxes.end()), std::make_reverse_iterator(boxes.begin()),
-                     [&](const OverlayBox& each) { return contains(viewRect(each.bounds, scale), viewPoint); });
-    if (body == std::make_reverse_iterator(boxes.begin()))
+    const auto body = std::find_if(boxes.rbegin(), boxes.rend(), [&](const OverlayBox& each) {
+        return contains(viewRect(each.bounds, scale), viewPoint);
+    });
+    if (body == boxes.rend())
         return std::nullopt;
     return BoxHit{body->id, std::nullopt};
 }

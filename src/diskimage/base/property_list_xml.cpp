@@ -120,12 +120,10 @@ Bytes base64Decoded(const std::string& text)
         group = group << 6 | (c == '=' ? 0u : static_cast<std::uint32_t>(value));
         if (++digits < 4)
             continue;
-        result.push_back(static_cast<std::uint8_t>(group >> 16));
-        result.push_back(static_cast<std::uint8_t>(group >> 8));
-        result.push_back(static_cast<std::uint8_t>(group));
         if (padding > 0 && (group & (padding == 1 ? 0xFFu : 0xFFFFu)) != 0)
             fail("the base64 text of <data> has stray bits at its end");
-        result.resize(result.size() - padding);
+        for (unsigned i = 0; i + padding < 3; ++i)
+            result.push_back(static_cast<std::uint8_t>(group >> (16 - 8 * i)));
         group = 0;
         digits = 0;
     }

@@ -94,7 +94,7 @@ private:
                 std::unique_lock lock(m_mutex);
                 Slot& waiting = m_slots[index % m_slots.size()];
                 m_changed.wait(lock, [&] { return waiting.isReady(); });
-                slot = std::exchange(waiting, {});
+                std::swap(slot, waiting);
                 ++m_consumed;
             }
             m_changed.notify_all();

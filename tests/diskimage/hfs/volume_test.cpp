@@ -146,11 +146,11 @@ TEST(Volume, refusesWhatWouldMisleadWhoeverExtracts)
     const struct {
         const char* name;
         const char* entry;
-        std::size_t offset; ///< from the record on; what is before it is its key
+        int offset; ///< from the record on; what is before it is its key
         std::uint64_t value;
         std::size_t width;
-    } cases[] = {{"a name that leads upward", "aa", 0U - 4U, 0x002E002E, 4},
-                 {"one name twice", "ab", 0U - 2U, 'a', 2},
+    } cases[] = {{"a name that leads upward", "aa", -4, 0x002E002E, 4},
+                 {"one name twice", "ab", -2, 'a', 2},
                  {"a folder in itself", "folder", 8, 2, 4},
                  {"a folder twice", "second", 8, 19, 4},
                  {"a file's blocks outside the volume", "file", 88 + 16, 0xFFFFFFF0, 4},
@@ -161,7 +161,7 @@ TEST(Volume, refusesWhatWouldMisleadWhoeverExtracts)
             "v", {file("aa"), file("ab"), file("file", 10000), folder("folder"), folder("second"), link("link", "t")});
         const auto volume = makeVolume(tree);
         ASSERT_NO_THROW(Volume{*volume});
-        put(*volume, catalogRecord(*volume, row.entry) + row.offset, row.value, row.width);
+        put(*volume, catalogRecord(*volume, row.entry) + static_cast<std::uint64_t>(row.offset), row.value, row.width);
         EXPECT_THROW(Volume{*volume}, DiskImageError);
     }
 }
