@@ -1,5 +1,5 @@
-// conversion_bench DISK.dmg: the time of a UDZO conversion of a raw disk beside the time that libdeflate alone takes for
-// the same chunks, level and cores: what reading, checksums, ordering and writing cost. Medians of five runs.
+// conversion_bench DISK.dmg: the time of a UDZO conversion of a raw disk beside the time that libdeflate alone takes
+// for the same chunks, level and cores: what reading, checksums, ordering and writing cost. Medians of five runs.
 
 #include "diskimage/udif/image.h"
 #include "platform/folders.h"
@@ -63,7 +63,8 @@ std::uint64_t compressAll(const std::vector<Bytes>& chunks, unsigned cores)
             libdeflate_compressor* compressor = libdeflate_alloc_compressor(level);
             Bytes out(libdeflate_zlib_compress_bound(compressor, chunkSize));
             for (std::size_t at = next++; at < chunks.size(); at = next++)
-                total += libdeflate_zlib_compress(compressor, chunks[at].data(), chunks[at].size(), out.data(), out.size());
+                total +=
+                    libdeflate_zlib_compress(compressor, chunks[at].data(), chunks[at].size(), out.data(), out.size());
             libdeflate_free_compressor(compressor);
         });
     }

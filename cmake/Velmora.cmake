@@ -35,6 +35,8 @@ function(velmora_test name)
     add_executable(${name}_tests ${sources})
     set_target_properties(${name}_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     target_link_libraries(${name}_tests PRIVATE velmora_options ${ARG_USES} GTest::gmock GTest::gtest)
+    # The matchers' templates take the optimiser more time than the tests take to run.
+    target_compile_options(${name}_tests PRIVATE -O0 -g1)
     target_include_directories(${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests")
     target_compile_definitions(${name}_tests PRIVATE
         VELMORA_TEST_BIN_DIR="${VELMORA_BIN_DIR}"

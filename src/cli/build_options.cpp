@@ -42,8 +42,9 @@ ParsedCommandLine parseBuildOptions(const QStringList& arguments)
                                  QStringLiteral("FILE"));
     parser.addOptions({help, version, map, volumeName, password, strict, quiet, log});
     parser.addPositionalArgument(QStringLiteral("PROJECT.velmora"), QStringLiteral("The project to build."));
-    parser.addPositionalArgument(QStringLiteral("OUTPUT.dmg"),
-                                 QStringLiteral("The image to write. An older one is replaced when the build succeeds."));
+    parser.addPositionalArgument(
+        QStringLiteral("OUTPUT.dmg"),
+        QStringLiteral("The image to write. An older one is replaced when the build succeeds."));
 
     if (!parser.parse(arguments))
         return wrongUsage(parser.errorText());
@@ -54,7 +55,8 @@ ParsedCommandLine parseBuildOptions(const QStringList& arguments)
 
     const QStringList names = parser.positionalArguments();
     if (names.size() != 2)
-        return wrongUsage(QStringLiteral("expected PROJECT.velmora and OUTPUT.dmg, got %1 argument(s)").arg(names.size()));
+        return wrongUsage(
+            QStringLiteral("expected PROJECT.velmora and OUTPUT.dmg, got %1 argument(s)").arg(names.size()));
     // The image tool appends ".dmg" to other names, and the image would land elsewhere than asked.
     if (!names[1].endsWith(QStringLiteral(".dmg"), Qt::CaseInsensitive))
         return wrongUsage(QStringLiteral("the output's name must end in \".dmg\": %1").arg(names[1]));

@@ -12,8 +12,8 @@ namespace velmora::cli
 
 /// What velmora-build was asked to do.
 struct BuildOptions {
-    std::string project{}; ///< path of the document
-    std::string output{};  ///< path of the image
+    std::string project{};                                   ///< path of the document
+    std::string output{};                                    ///< path of the image
     std::vector<std::pair<std::string, std::string>> maps{}; ///< FROM, TO in the order given
     std::optional<std::string> volumeName{};
     std::optional<std::string> logFile{};

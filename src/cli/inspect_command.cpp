@@ -23,7 +23,8 @@ namespace
 std::string shown(const std::string& name)
 {
     std::string text = name;
-    std::replace_if(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
     return text;
 }
 
@@ -63,8 +64,8 @@ void printSummary(const OpenedImage& opened)
     std::cout << "Volume      \"" << shown(info.name) << "\", HFS+" << (info.caseSensitive ? ", case-sensitive" : "")
               << ", " << info.totalBlocks * blockSize << " bytes, " << info.freeBlocks * blockSize << " free\n"
               << "Content     " << info.fileCount << " files, " << info.folderCount << " folders\n"
-              << "Icon        " << ((opened.volume.root().finderFlags() & hfs::finderFlagHasCustomIcon) ? "own" : "none")
-              << '\n';
+              << "Icon        "
+              << ((opened.volume.root().finderFlags() & hfs::finderFlagHasCustomIcon) ? "own" : "none") << '\n';
     if (const auto read = opened.layout())
         printWindow(read->layout);
     else
@@ -74,7 +75,9 @@ void printSummary(const OpenedImage& opened)
 void printTree(const hfs::Entry& folder, const std::string& path)
 {
     for (const hfs::Entry& entry : folder.children) {
-        const char kind = entry.kind == hfs::EntryKind::folder ? 'd' : entry.kind == hfs::EntryKind::symlink ? 'l' : '-';
+        const char kind = entry.kind == hfs::EntryKind::folder    ? 'd'
+                          : entry.kind == hfs::EntryKind::symlink ? 'l'
+                                                                  : '-';
         char columns[64];
         std::snprintf(columns, sizeof columns, "%c %04o %12llu %8u  ", kind, entry.mode,
                       static_cast<unsigned long long>(entry.dataSize), entry.id);

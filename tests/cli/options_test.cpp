@@ -40,9 +40,9 @@ TEST(BuildOptions, refusesWhatItDoesNotUnderstand)
 
 TEST(BuildOptions, readsEveryOption)
 {
-    const auto parsed = parseBuildOptions({"velmora-build", "--map", "/a=/b", "a b.velmora", "--map=/c=/d=e", "Out.DMG",
-                                           "--strict", "--quiet", "--volume-name", "Ünï", "--log", "l.txt",
-                                           "--password-stdin"});
+    const auto parsed =
+        parseBuildOptions({"velmora-build", "--map", "/a=/b", "a b.velmora", "--map=/c=/d=e", "Out.DMG", "--strict",
+                           "--quiet", "--volume-name", "Ünï", "--log", "l.txt", "--password-stdin"});
     ASSERT_TRUE(parsed.options);
     const BuildOptions& options = *parsed.options;
     EXPECT_EQ(options.project, "a b.velmora");

@@ -35,8 +35,9 @@ protected:
         writeFile(m_folder / "payload.txt", "the payload\n");
         project.volumeName = "Test Volume";
         project.backgroundKind = BackgroundKind::gradient;
-        project.items = {{.sourcePath = (m_folder / "payload.txt").string(), .displayName = "Pay: load.txt", .x = 100, .y = 120},
-                         {.displayName = "Applications", .x = 300, .y = 120, .symlinkTarget = "/Applications"}};
+        project.items = {
+            {.sourcePath = (m_folder / "payload.txt").string(), .displayName = "Pay: load.txt", .x = 100, .y = 120},
+            {.displayName = "Applications", .x = 300, .y = 120, .symlinkTarget = "/Applications"}};
     }
     ~Programs() override { removeTree(m_folder); }
 
@@ -187,7 +188,8 @@ TEST_F(Programs, cleanUpWhenASignalStopsThem)
     for (const int milliseconds : {150, 600, 1500}) {
         SCOPED_TRACE(milliseconds);
         const std::string seconds = std::to_string(milliseconds / 1000.0);
-        const ChildResult result = run({"timeout", "--preserve-status", "-s", "INT", seconds, build, document(), image()});
+        const ChildResult result =
+            run({"timeout", "--preserve-status", "-s", "INT", seconds, build, document(), image()});
         EXPECT_EQ(result.exitCode, 130) << result.output << result.error;
         EXPECT_THAT(remains(), testing::IsEmpty());
         EXPECT_EQ(readFile(image(), 100), "the older image");

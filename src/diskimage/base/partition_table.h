@@ -20,10 +20,10 @@ enum class ExtentKind { protectiveMbr, gptHeader, gptTable, free, partition, oth
 /// One stretch of a disk.
 struct DiskExtent {
     ExtentKind kind = ExtentKind::other;
-    std::string name{};       ///< the partition's name ("disk image"), the structure's name, or empty for free space
-    std::string type{};       ///< "Apple_HFS", "Apple_APFS", "Apple_Free", "MBR", "Primary GPT Header", …
-    std::uint64_t start = 0;  ///< first sector
-    std::uint64_t count = 0;  ///< sectors
+    std::string name{};      ///< the partition's name ("disk image"), the structure's name, or empty for free space
+    std::string type{};      ///< "Apple_HFS", "Apple_APFS", "Apple_Free", "MBR", "Primary GPT Header", …
+    std::uint64_t start = 0; ///< first sector
+    std::uint64_t count = 0; ///< sectors
     bool operator==(const DiskExtent&) const = default;
 };
 
