@@ -2,6 +2,7 @@
 
 #include "diskimage/base/error.h"
 #include "diskimage/base/temporary_folder.h"
+#include "diskimage/message_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,16 +15,6 @@ namespace
 {
 
 using testing::HasSubstr;
-
-std::string messageOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const DiskImageError& error) {
-        return error.what();
-    }
-    return "nothing was thrown";
-}
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "diskimage/hfs/check.h"
 #include "diskimage/hfs/sample_trees.h"
 #include "diskimage/hfs/volume.h"
+#include "diskimage/message_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,16 +20,6 @@ using testing::IsEmpty;
 
 constexpr std::uint64_t MiB = 1 << 20;
 constexpr std::int64_t now = 1'750'000'000;
-
-std::string messageOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const DiskImageError& error) {
-        return error.what();
-    }
-    return "nothing was thrown";
-}
 
 Bytes bytesOf(const Storage& volume)
 {

@@ -4,6 +4,7 @@
 #include "diskimage/hfs/check.h"
 #include "diskimage/hfs/sample_trees.h"
 #include "diskimage/hfs/volume.h"
+#include "diskimage/message_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,16 +23,6 @@ constexpr std::uint64_t MiB = 1 << 20;
 constexpr std::uint64_t GiB = 1024 * MiB;
 constexpr std::uint64_t TiB = 1024 * GiB;
 constexpr ClumpSizes stockSizes{0, 0, 0};
-
-std::string messageOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const DiskImageError& error) {
-        return error.what();
-    }
-    return "nothing was thrown";
-}
 
 /// Storage that only remembers what was written, for volumes larger than memory.
 class SparseStorage : public Storage
