@@ -39,7 +39,7 @@ std::optional<Scale> scaleTo(QSizeF size, const DMGProject& project)
     return scale;
 }
 
-std::string quoted(const std::string& text)
+std::string inQuotes(const std::string& text)
 {
     return "“" + text + "”";
 }
@@ -80,13 +80,13 @@ void drawCaption(QPainter& painter, const DMGTextOverlay& overlay, Scale scale, 
         return;
     const Fonts::Resolved font = Fonts::resolve(overlay.fontName);
     if (!font.found)
-        warn(context, "The font " + quoted(overlay.fontName) + " of the caption " + quoted(overlay.identifier) +
+        warn(context, "The font " + inQuotes(overlay.fontName) + " of the caption " + inQuotes(overlay.identifier) +
                           " is not available; " + font.familyName.toStdString() + " is used instead.");
     const double textScale = std::min(scale.x, scale.y);
     const TextBlock text(overlay.text, font, overlay.fontSize * textScale, overlay.width * scale.x,
                          overlay.horizontalAlignment);
     if (text.isCut())
-        warn(context, "The caption " + quoted(overlay.identifier) + " is too long; its end is left out.");
+        warn(context, "The caption " + inQuotes(overlay.identifier) + " is too long; its end is left out.");
     const double slack = overlay.height * scale.y - text.height();
     const QPointF topLeft(overlay.x * scale.x,
                           (overlay.y + yOffset) * scale.y + placement(overlay.verticalAlignment, slack));
@@ -118,14 +118,14 @@ void drawImageOverlays(QPainter& painter, const DMGProject& project, QSizeF size
     for (const DMGOverlayImage& overlay : project.overlayImages) {
         const PicturePtr picture = OverlayImageResolver::load(overlay, context.arrows, context.cache);
         if (!picture) {
-            warn(context, "The overlay picture " + quoted(nameOf(overlay)) + " cannot be read; it is left out.");
+            warn(context, "The overlay picture " + inQuotes(nameOf(overlay)) + " cannot be read; it is left out.");
             continue;
         }
         const QRectF up =
             BackgroundRenderer::overlayContentRect(overlay, content, overlayYOffset, scale->x, scale->y, target);
         const QRectF down(up.x(), size.height() - up.y() - up.height(), up.width(), up.height());
         if (!drawPicture(painter, picture->pixels, down, target))
-            warn(context, "The overlay picture " + quoted(nameOf(overlay)) +
+            warn(context, "The overlay picture " + inQuotes(nameOf(overlay)) +
                               " has an impossible place or size; it is left out.");
     }
 }
@@ -142,7 +142,7 @@ void drawTextOverlays(QPainter& painter, const DMGProject& project, QSizeF size,
             drawCaption(painter, overlay, *scale, size, overlayYOffset, context);
         else
             warn(context,
-                 "The caption " + quoted(overlay.identifier) + " has an impossible place or size; it is left out.");
+                 "The caption " + inQuotes(overlay.identifier) + " has an impossible place or size; it is left out.");
     }
 }
 

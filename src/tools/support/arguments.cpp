@@ -10,7 +10,7 @@ namespace velmora::tools
 namespace
 {
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     return "\"" + std::string(text) + "\"";
 }
@@ -29,7 +29,7 @@ Arguments::Arguments(std::span<const std::string> arguments, std::span<const Opt
         const auto spec =
             std::find_if(specs.begin(), specs.end(), [&](const OptionSpec& s) { return s.name == argument; });
         if (spec == specs.end())
-            throw UsageError("unknown option " + quoted(argument));
+            throw UsageError("unknown option " + inQuotes(argument));
         if (!spec->mayRepeat && has(argument))
             throw UsageError("option " + argument + " is given twice");
         if (arguments.size() - i - 1 < spec->valueCount)
@@ -42,7 +42,7 @@ Arguments::Arguments(std::span<const std::string> arguments, std::span<const Opt
     if (m_operands.size() < minOperands)
         throw UsageError("a path is missing");
     if (m_operands.size() > maxOperands)
-        throw UsageError("unexpected argument " + quoted(m_operands[maxOperands]));
+        throw UsageError("unexpected argument " + inQuotes(m_operands[maxOperands]));
     for (const std::string& operand : m_operands) {
         if (operand.empty())
             throw UsageError("an argument is empty");
@@ -87,7 +87,7 @@ std::uint64_t parseNumber(std::string_view text, std::uint64_t minimum, std::uin
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (text.empty() || error != std::errc{} || stop != end || number < minimum || number > maximum)
-        throw UsageError(std::string(what) + " " + quoted(text) + " is not a number from " + std::to_string(minimum) +
+        throw UsageError(std::string(what) + " " + inQuotes(text) + " is not a number from " + std::to_string(minimum) +
                          " to " + std::to_string(maximum));
     return number;
 }
@@ -98,7 +98,7 @@ std::uint64_t parseSize(std::string_view text)
     static constexpr unsigned shifts[] = {9, 10, 20, 30, 40};
     const auto suffix = text.empty() ? std::string_view::npos : suffixes.find(text.back());
     if (suffix == std::string_view::npos)
-        throw UsageError("size " + quoted(text) + " needs a number and one of the suffixes b, k, m, g, t");
+        throw UsageError("size " + inQuotes(text) + " needs a number and one of the suffixes b, k, m, g, t");
     const unsigned shift = shifts[suffix];
     return parseNumber(text.substr(0, text.size() - 1), 1, (std::uint64_t{1} << (62 - shift)) - 1, "size") << shift;
 }
