@@ -88,7 +88,7 @@ int main(int argc, char** argv)
         std::uint64_t size = 0;
         const double whole = medianSeconds([&] {
             const auto out = openFile(target, OpenMode::create);
-            convert(*disk, *out, {.format = udif::Format::udzo, .zlibLevel = level});
+            udif::convert(*disk, *out, {.format = udif::Format::udzo, .zlibLevel = level});
             size = out->size();
         });
         std::filesystem::remove(target);
