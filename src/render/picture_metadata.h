@@ -20,8 +20,8 @@ struct PictureMetadata {
 };
 
 /// Reads PNG (pHYs, eXIf), JPEG (JFIF, EXIF), TIFF, WebP (EXIF) and BMP headers; unknown for other formats. Damaged
-/// data reads as far as it is sound. Sources: PNG specification 11.3.5.3; JFIF 1.02; TIFF 6.0 section 2; EXIF 2.3
-/// section 4.6; WebP container specification; BITMAPINFOHEADER.
+/// data reads as far as it is sound. Sources: PNG 11.3.5.3; JFIF 1.02; TIFF 6.0 section 2; EXIF 2.3
+/// section 4.6; WebP container; BITMAPINFOHEADER.
 PictureMetadata readPictureMetadata(PictureFormat format, QByteArrayView bytes);
 
 /// Reads the metadata of a block in TIFF form: a TIFF file, or the EXIF data of other formats.

@@ -14,7 +14,7 @@
 //   2    primary table
 //   40   the volume, up to E = (N-33) rounded down to a multiple of 8
 //
-// GPT fields are little-endian (UEFI specification, "GUID Partition Table"), those of Apple partition maps big-endian
+// GPT fields are little-endian (UEFI, "GUID Partition Table"), those of Apple partition maps big-endian
 // (Inside Macintosh: Devices, "SCSI Manager").
 namespace velmora::diskimage
 {
