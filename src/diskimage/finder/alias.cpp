@@ -6,6 +6,8 @@
 
 #include "diskimage/base/error.h"
 #include "diskimage/base/text.h"
+#include "diskimage/hfs/entry.h"
+#include "diskimage/hfs/format.h"
 #include "diskimage/hfs/names.h"
 
 #include <algorithm>
@@ -18,8 +20,6 @@ namespace
 
 constexpr std::size_t fixedSize = 150;
 constexpr std::uint32_t unknownId = 0xFFFFFFFF;
-constexpr std::uint32_t rootFolderId = 2;
-constexpr std::int64_t secondsFrom1904To1970 = 2082844800;
 
 /// Places in the fixed part.
 enum Offset : std::size_t {
@@ -69,17 +69,6 @@ Name formsOf(const std::string& name)
     result.eightBit = result.posix;
     std::replace(result.eightBit.begin(), result.eightBit.end(), ':', '/');
     return result;
-}
-
-std::uint32_t dateOf(std::int64_t unixSeconds)
-{
-    constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max() - secondsFrom1904To1970;
-    return static_cast<std::uint32_t>(std::clamp(unixSeconds, -secondsFrom1904To1970, last) + secondsFrom1904To1970);
-}
-
-std::int64_t unixSecondsOf(std::uint32_t date)
-{
-    return std::int64_t{date} - secondsFrom1904To1970;
 }
 
 /// As much of UTF-8 text as fits, cut between characters.
@@ -141,7 +130,7 @@ std::uint32_t enclosingFolderId(const AliasTarget& target, bool idsKnown)
 {
     if (!idsKnown)
         return unknownId;
-    return target.folderIds.empty() ? rootFolderId : target.folderIds.back();
+    return target.folderIds.empty() ? hfs::rootFolderId : target.folderIds.back();
 }
 
 /// The volume, its folders and the file joined by ":". A zero byte stands before the name of a file in a folder.
@@ -175,8 +164,8 @@ Bytes writeAlias(const AliasTarget& target)
     for (const std::string& name : target.path)
         path.push_back(formsOf(name));
     const Name& file = path.back();
-    const std::uint32_t volumeCreated = dateOf(target.volumeCreated);
-    const std::uint32_t fileCreated = dateOf(target.fileCreated);
+    const std::uint32_t volumeCreated = hfs::dateFromUnix(target.volumeCreated);
+    const std::uint32_t fileCreated = hfs::dateFromUnix(target.fileCreated);
 
     Bytes record(fixedSize);
     putBE16(record.data() + offsetVersion, 2);
@@ -287,10 +276,10 @@ AliasTarget readAlias(ByteView record)
         fail("it has version " + std::to_string(getBE16(record.data() + offsetVersion)) + ", not 2");
     AliasTarget target;
     target.volumeName = pascalStringAt(record, offsetVolumeName, volumeNameField);
-    target.volumeCreated = unixSecondsOf(getBE32(record.data() + offsetVolumeCreated));
+    target.volumeCreated = hfs::unixFromDate(getBE32(record.data() + offsetVolumeCreated));
     const std::uint32_t fileId = getBE32(record.data() + offsetFileId);
     target.fileId = fileId == unknownId ? 0 : fileId;
-    target.fileCreated = unixSecondsOf(getBE32(record.data() + offsetFileCreated));
+    target.fileCreated = hfs::unixFromDate(getBE32(record.data() + offsetFileCreated));
     for (std::size_t offset = fixedSize;;) {
         if (length - offset < 4)
             fail("its tags have no end");
