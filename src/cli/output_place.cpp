@@ -7,22 +7,31 @@ namespace velmora::cli
 {
 namespace fs = std::filesystem;
 
+namespace
+{
+
+constexpr std::string_view prefix = ".velmora-output-";
+
+} // namespace
+
 OutputPlace::OutputPlace(fs::path output) : m_output(fs::absolute(std::move(output)))
 {
     std::error_code error;
     if (fs::is_directory(fs::symlink_status(m_output, error)))
         throw FileError("The output is a folder: " + m_output.string());
     const fs::path parent = m_output.parent_path();
-    m_folder = parent / (".velmora-output-" + Uuid::random().toString());
-    if (!fs::create_directory(m_folder, error))
-        throw FileError("Cannot write into the output's folder " + parent.string() + ": " + error.message());
-    fs::permissions(m_folder, fs::perms::owner_all, error);
+    removeAbandoned(parent, prefix);
+    try {
+        m_folder = makeClaimedFolder(parent / (std::string(prefix) + Uuid::random().toString()));
+    } catch (const FileError& reason) {
+        throw FileError("Cannot write into the output's folder " + parent.string() + ": " + reason.what());
+    }
 }
 
 OutputPlace::~OutputPlace()
 {
     try {
-        removeTree(m_folder);
+        removeTree(m_folder.path);
     } catch (const FileError&) {
         // Nobody is left to tell, and the image itself is either in its place or was reported as failed.
     }

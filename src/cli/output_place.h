@@ -1,12 +1,15 @@
 #pragma once
 
+#include "platform/claimed_path.h"
+
 #include <filesystem>
 
 namespace velmora::cli
 {
 
 /// A private folder beside the wanted output, in which the image is built under its final name: an older image stays
-/// until a new one is complete. The folder goes away with the object.
+/// until a new one is complete. The folder goes away with the object; what a killed process
+/// left beside the output goes when the next one is made.
 class OutputPlace
 {
 public:
@@ -17,13 +20,13 @@ public:
     OutputPlace& operator=(const OutputPlace&) = delete;
 
     /// Where the image is to be built.
-    [[nodiscard]] std::filesystem::path buildPath() const { return m_folder / m_output.filename(); }
+    [[nodiscard]] std::filesystem::path buildPath() const { return m_folder.path / m_output.filename(); }
     /// Puts the built image into its place, replacing an older one in one move. Throws FileError.
     void commit();
 
 private:
     std::filesystem::path m_output;
-    std::filesystem::path m_folder;
+    ClaimedPath m_folder{};
 };
 
 } // namespace velmora::cli

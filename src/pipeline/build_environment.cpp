@@ -19,6 +19,7 @@ BuildEnvironment BuildEnvironment::system(const BuiltInArrowLibrary& arrows, Ove
     environment.temporaryFolder = Folders::temporary();
     environment.homeFolder = Folders::home();
     environment.mountPath = Mounts::localPath;
+    environment.diskSpace = velmora::diskSpace;
     environment.sleep = [stop](std::chrono::milliseconds duration) { stop.sleepFor(duration); };
     environment.stop = std::move(stop);
     environment.arrows = &arrows;

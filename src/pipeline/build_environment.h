@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pipeline/shell.h"
+#include "platform/disk_space.h"
 #include "platform/stop_token.h"
 
 #include <chrono>
@@ -23,6 +24,8 @@ struct BuildEnvironment {
     std::filesystem::path homeFolder{};      ///< for the Finder's favourites file
     /// The local path behind a mount point's path.
     std::function<std::filesystem::path(const std::string&)> mountPath{};
+    /// How much room there is at a path.
+    std::function<DiskSpace(const std::filesystem::path&)> diskSpace{};
     /// Waits on the build's thread; returns early when a stop is requested.
     std::function<void(std::chrono::milliseconds)> sleep{};
     StopToken stop{};

@@ -7,6 +7,7 @@
 #include "pipeline/image_size.h"
 #include "pipeline/scratch_folder.h"
 #include "pipeline/signing.h"
+#include "pipeline/space_check.h"
 #include "pipeline/staging.h"
 #include "pipeline/validation.h"
 #include "pipeline/volume_icon.h"
@@ -115,7 +116,8 @@ void buildImage(BuildRun& run, const DMGProject& project, const fs::path& output
     const BuildEnvironment& environment = run.environment();
     run.report(BuildStep::staging, 0);
     validate(project, output, environment.temporaryFolder);
-    const ScratchFolder scratch(environment.temporaryFolder, "velmora-build-" + environment.uuid());
+    checkSpace(run, project, output);
+    const ScratchFolder scratch(environment.temporaryFolder, "velmora-build-", environment.uuid());
     StageFolder stage = makeStage(scratch);
     run.say("Staging " + std::to_string(project.items.size()) + " item(s)…");
     stageItems(run, project, stage);

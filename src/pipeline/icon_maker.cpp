@@ -43,7 +43,7 @@ void writeICNS(BuildRun& run, const Picture& picture, const std::string& destina
 {
     const BuildEnvironment& environment = run.environment();
     try {
-        const ScratchFolder iconset(environment.temporaryFolder, "icon-" + environment.uuid() + ".iconset");
+        const ScratchFolder iconset(environment.temporaryFolder, "icon-", environment.uuid(), ".iconset");
         for (const IconFile& file : iconFiles) {
             if (const auto png = pngData(picture, file.pixels))
                 writeFile(iconset.path() / file.name, {png->constData(), static_cast<std::size_t>(png->size())});

@@ -3,6 +3,7 @@
 #include "platform/file_tree.h"
 
 #include <exception>
+#include <string>
 #include <system_error>
 
 namespace velmora
@@ -10,22 +11,25 @@ namespace velmora
 
 namespace fs = std::filesystem;
 
-ScratchFolder::ScratchFolder(const fs::path& parent, const std::string& name) : m_path(parent / name)
+ScratchFolder::ScratchFolder(const fs::path& parent, std::string_view prefix, std::string_view uuid,
+                             std::string_view suffix)
 {
     std::error_code error;
     fs::create_directories(parent, error);
-    const bool made = !error && fs::create_directory(m_path, error);
-    if (made)
-        fs::permissions(m_path, fs::perms::owner_all, error);
-    if (error || !made)
-        throw FileError("The folder “" + m_path.string() + "” could not be made: " +
-                        (error ? error.message() : "something of that name is there already") + ".");
+    removeAbandoned(parent, prefix, suffix);
+    try {
+        m_folder = makeClaimedFolder(parent / std::string(prefix).append(uuid).append(suffix));
+    } catch (const FileError&) {
+        if (error)
+            throw FileError("The folder “" + parent.string() + "” could not be made: " + error.message() + ".");
+        throw;
+    }
 }
 
 ScratchFolder::~ScratchFolder()
 {
     try {
-        removeTree(m_path);
+        removeTree(m_folder.path);
     } catch (const std::exception&) {
         // What cannot be removed stays for the system's own clearing of temporary folders.
     }

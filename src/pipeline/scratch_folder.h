@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/claimed_path.h"
+
 #include <filesystem>
-#include <string>
+#include <string_view>
 
 namespace velmora
 {
@@ -10,16 +12,18 @@ namespace velmora
 class ScratchFolder
 {
 public:
-    /// Makes `parent`/`name`, the parent too when missing. Throws FileError, also when the name is taken.
-    ScratchFolder(const std::filesystem::path& parent, const std::string& name);
+    /// Makes the folder `prefix` + `uuid` + `suffix` in `parent`, the parent too when missing, and removes what killed
+    /// builds have left there under such names. Throws FileError, also when the name is taken.
+    ScratchFolder(const std::filesystem::path& parent, std::string_view prefix, std::string_view uuid,
+                  std::string_view suffix = {});
     ~ScratchFolder();
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
-    [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
+    [[nodiscard]] const std::filesystem::path& path() const { return m_folder.path; }
 
 private:
-    std::filesystem::path m_path;
+    ClaimedPath m_folder{};
 };
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include "pipeline/text.h"
 #include "platform/child_process.h"
+#include "platform/claimed_path.h"
 #include "platform/file_tree.h"
 
 #include <exception>
@@ -26,13 +27,17 @@ void logOutput(const std::string& text, const LogCallback& log)
         log(trimmed(text));
 }
 
+constexpr std::string_view scriptPrefix = "velmora-";
+constexpr std::string_view scriptSuffix = ".applescript";
+
 /// A file that goes away with this object.
 struct TemporaryFile {
-    std::filesystem::path path{};
+    ClaimedPath file{};
     ~TemporaryFile()
     {
         try {
-            removeTree(path);
+            if (!file.path.empty())
+                removeTree(file.path);
         } catch (const std::exception&) {
             // A forgotten script does no harm, and the tool's result is what counts.
         }
@@ -63,14 +68,18 @@ ShellResult Shell::run(const std::string& executable, const std::vector<std::str
 
 ShellResult Shell::runAppleScript(const std::string& script, const LogCallback& log, const StopToken& stop) const
 {
-    TemporaryFile file;
+    TemporaryFile temporary;
     try {
-        file.path = m_settings.temporaryFolder() / ("velmora-" + m_settings.uuid() + ".applescript");
-        writeFileAtomically(file.path, script);
+        const std::filesystem::path folder = m_settings.temporaryFolder();
+        removeAbandoned(folder, scriptPrefix, scriptSuffix);
+        const std::filesystem::path path =
+            folder / std::string(scriptPrefix).append(m_settings.uuid()).append(scriptSuffix);
+        temporary.file = makeClaimedFile(path, path);
+        writeFile(temporary.file.path, script);
     } catch (const std::exception& error) {
         return {-1, {}, std::string("Could not write AppleScript: ") + error.what()};
     }
-    return run("/usr/bin/osascript", {file.path.string()}, std::nullopt, log, stop);
+    return run("/usr/bin/osascript", {temporary.file.path.string()}, std::nullopt, log, stop);
 }
 
 } // namespace velmora

@@ -1,9 +1,9 @@
+#include "platform/claimed_path.h"
 #include "platform/file_descriptor.h"
 #include "platform/file_error.h"
 
 #include <algorithm>
 #include <array>
-#include <random>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -43,30 +43,17 @@ struct stat requireRegular(const FileDescriptor& file, const char* action, const
     return status;
 }
 
-std::string randomName()
-{
-    constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuvwxyz";
-    std::random_device random;
-    std::uniform_int_distribution<std::size_t> choice(0, digits.size() - 1);
-    std::string name = ".velmora-";
-    for (int i = 0; i < 12; ++i)
-        name += digits[choice(random)];
-    return name;
-}
-
 /// A new file beside the one that it will replace; removed again unless it was moved there.
 class TemporaryFile
 {
 public:
     explicit TemporaryFile(const std::filesystem::path& goal)
     {
-        // The folder of "name" is the current one.
-        do {
-            m_path = goal.parent_path() / randomName();
-            file = FileDescriptor(retryInterrupted([&] {
-                return ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ordinaryMode);
-            }));
-        } while (!file && errno == EEXIST);
+        const std::filesystem::path folder = goal.parent_path(); // of "name" it is the current one
+        removeAbandoned(folder.empty() ? "." : folder, temporaryPrefix);
+        m_claimed = makeClaimedFile(folder / temporaryFileName(), goal);
+        file = FileDescriptor(
+            retryInterrupted([&] { return ::open(m_claimed.path.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC); }));
         if (!file)
             throwFileError("write", goal, errno);
     }
@@ -74,21 +61,21 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile()
     {
-        if (!m_path.empty())
-            ::unlink(m_path.c_str());
+        if (!m_claimed.path.empty())
+            ::unlink(m_claimed.path.c_str());
     }
 
     void moveTo(const std::filesystem::path& goal)
     {
-        if (::rename(m_path.c_str(), goal.c_str()) != 0)
+        if (::rename(m_claimed.path.c_str(), goal.c_str()) != 0)
             throwFileError("write", goal, errno);
-        m_path.clear();
+        m_claimed.path.clear();
     }
 
     FileDescriptor file{};
 
 private:
-    std::filesystem::path m_path{}; ///< empty once it was moved
+    ClaimedPath m_claimed{}; ///< no path once it was moved
 };
 
 int makeLasting(int fd)

@@ -58,6 +58,7 @@ BuildEnvironment BuildWorld::environment()
     result.mountPath = [this](const std::string& path) {
         return volumes / fs::path(path).lexically_relative("/Volumes");
     };
+    result.diskSpace = [this](const fs::path& path) { return freeSpace ? freeSpace(path) : diskSpace(path); };
     result.sleep = [this](std::chrono::milliseconds duration) { naps.push_back(duration); };
     result.stop = stop.token();
     result.arrows = &arrows;

@@ -8,6 +8,7 @@
 #include "render/overlay_images.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -66,6 +67,7 @@ public:
     OverlayImageCache cache{};
     BuiltInArrowLibrary arrows;
     StopSource stop{};
+    std::function<DiskSpace(const std::filesystem::path&)> freeSpace{}; ///< the real one when empty
     std::vector<std::string> log{};
     std::vector<std::string> warnings{};
     std::vector<std::pair<BuildStep, double>> steps{};

@@ -1,6 +1,7 @@
 #include "pipeline/dmg_builder.h"
 
 #include "pipeline/build_world.h"
+#include "platform/claimed_path.h"
 #include "platform/file_tree.h"
 
 #include <gmock/gmock.h>
@@ -337,11 +338,73 @@ TEST_F(Builder, worksInAPrivateFolderAndReportsRisingProgress)
         EXPECT_FALSE(displayName(step).empty());
 }
 
-TEST_F(Builder, leavesForeignScratchFoldersAlone)
+TEST_F(Builder, removesWhatAKilledBuildLeftAndNothingElse)
 {
-    BuildWorld::write(fs::path(scratch) / "theirs", "x");
+    const auto left = [&](const std::string& name) {
+        BuildWorld::write(world.temporary / name / "content", "x");
+        return world.temporary / name;
+    };
+    fs::create_directories(world.temporary);
+    const fs::path killed = left("velmora-build-" + BuildWorld::uuid(90));
+    const fs::path theUsers = left("velmora-build-of-today");
+    const ClaimedPath running = makeClaimedFolder(world.temporary / ("velmora-build-" + BuildWorld::uuid(91)));
+    const fs::path linked = world.temporary / ("velmora-build-" + BuildWorld::uuid(92));
+    fs::create_directory_symlink(theUsers, linked);
+
+    EXPECT_EQ(world.build(project), "");
+    EXPECT_FALSE(fs::exists(killed));
+    EXPECT_TRUE(fs::exists(theUsers / "content"));
+    EXPECT_TRUE(fs::exists(running.path));
+    EXPECT_TRUE(fs::is_symlink(linked));
+}
+
+TEST_F(Builder, looksForRoomBeforeAnythingIsWritten)
+{
+    BuildWorld::write(world.source / "My App.app/Contents/MacOS/app", std::string(3'000'000, 'x'));
+    const std::uint64_t plenty = 1'000'000'000;
+    struct Row {
+        const char* name;
+        std::uint64_t scratch, target;
+        bool isOneDevice, sharesBlocks;
+        DMGFormat format;
+        const char* error;
+        const char* warning;
+    };
+    const Row rows[] = {
+        {"plenty", plenty, plenty, false, false, DMGFormat::readOnly, "", ""},
+        {"no room for copies and image", 5'000'000, plenty, false, false, DMGFormat::readOnly, "tmp”: putting", ""},
+        {"copies take no room", 5'000'000, plenty, false, true, DMGFormat::readOnly, "", ""},
+        {"no room for the image", plenty, 2'000'000, false, false, DMGFormat::readOnly, "out”: the image needs 3.0",
+         ""},
+        {"one room for all", 8'000'000, 8'000'000, true, false, DMGFormat::readWrite, "beside what putting", ""},
+        {"nobody knows how small", plenty, 2'000'000, false, false, DMGFormat::compressed, "", "up to 3.0"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        world.freeSpace = [&](const fs::path& path) {
+            const bool isTarget = path == world.output.parent_path();
+            return DiskSpace{.device = isTarget && !row.isOneDevice ? 2u : 1u,
+                             .freeBytes = isTarget ? row.target : row.scratch,
+                             .freeEntries = 1000,
+                             .sharesBlocks = row.sharesBlocks};
+        };
+        project.format = row.format;
+        const std::string error = world.build(project);
+        EXPECT_THAT(error, HasSubstr(row.error));
+        EXPECT_EQ(error.empty(), *row.error == '\0');
+        EXPECT_EQ(world.warnings.empty(), *row.warning == '\0');
+        if (*row.warning != '\0') {
+            EXPECT_THAT(world.warnings, Contains(HasSubstr(row.warning)));
+        }
+        expectNothingLeft();
+    }
+}
+
+TEST_F(Builder, refusesAScratchFolderThatIsTaken)
+{
+    const ClaimedPath theirs = makeClaimedFolder((fs::create_directories(world.temporary), fs::path(scratch)));
     EXPECT_THAT(world.build(project), HasSubstr("velmora-build-"));
-    EXPECT_EQ(BuildWorld::read(fs::path(scratch) / "theirs"), "x");
+    EXPECT_TRUE(fs::exists(theirs.path));
 }
 
 TEST_F(Builder, replacesALinkAtTheOutputNotWhatItPointsTo)

@@ -1,5 +1,6 @@
 #include "platform/file_tree.h"
 
+#include "platform/claimed_path.h"
 #include "platform/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -53,6 +54,23 @@ TEST(WriteFile, aFailureLeavesTheOldFileAndNoRemains)
     EXPECT_THROW(writeFile(folder / "goal", "x"), FileError);
     EXPECT_THROW(writeFile(folder / "pipe", "x"), FileError); // and does not wait for a reader
     EXPECT_THAT(listFolder(folder.path), ElementsAre("goal", "pipe"));
+}
+
+TEST(ClaimedPath, isRemovedOnceItsProcessIsGone)
+{
+    TemporaryFolder folder;
+    const fs::path held = folder / temporaryFileName();
+    ClaimedPath claimed = makeClaimedFile(held, held);
+    writeFile(folder / temporaryFileName(), "a killed process left this");
+    writeFile(folder / ".velmora-but not random", "the user's");
+    ASSERT_EQ(::mkfifo((folder / temporaryFileName()).c_str(), 0600), 0);
+
+    writeFileAtomically(folder / "document", "x");
+    EXPECT_EQ(listFolder(folder.path).size(), 4U); // the pipe was never one of ours
+    EXPECT_TRUE(fs::exists(held));
+    claimed.claim.reset();
+    writeFileAtomically(folder / "document", "x");
+    EXPECT_FALSE(fs::exists(held));
 }
 
 TEST(ReadFile, readsUpToTheLimitFromOrdinaryFilesOnly)

@@ -1,7 +1,5 @@
 #include "tools/support/output_file.h"
 
-#include <cstdio>
-#include <random>
 #include <stdexcept>
 #include <system_error>
 
@@ -18,22 +16,11 @@ namespace
     throw std::runtime_error("\"" + path.string() + "\": " + reason);
 }
 
-std::string randomSuffix()
-{
-    static constexpr char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
-    std::random_device random;
-    std::uniform_int_distribution<std::size_t> pick(0, sizeof letters - 2);
-    std::string suffix;
-    for (int i = 0; i < 12; ++i)
-        suffix += letters[pick(random)];
-    return suffix;
-}
-
 } // namespace
 
 fs::path temporaryNameBeside(const fs::path& target)
 {
-    return target.parent_path() / (".velmora-" + randomSuffix());
+    return target.parent_path() / temporaryFileName();
 }
 
 OutputFile::OutputFile(fs::path target, Existing existing) : m_target(std::move(target))
@@ -45,31 +32,28 @@ OutputFile::OutputFile(fs::path target, Existing existing) : m_target(std::move(
     if (fs::exists(found) && existing == Existing::refuse)
         fail(m_target, "file exists");
 
-    m_temporary = temporaryNameBeside(m_target);
-    // Exclusive creation: in a folder that others can write to, nobody's link is followed.
-    std::FILE* const file = std::fopen(m_temporary.c_str(), "wbx");
-    if (!file)
-        fail(m_target, "cannot be created: " + std::generic_category().message(errno));
-    std::fclose(file);
+    const fs::path folder = m_target.parent_path();
+    removeAbandoned(folder.empty() ? "." : folder, temporaryPrefix);
+    m_temporary = makeClaimedFile(temporaryNameBeside(m_target), m_target);
     const fs::perms most =
         fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
-    fs::permissions(m_temporary, fs::status(m_temporary, error).permissions() & most, error);
+    fs::permissions(m_temporary.path, fs::status(m_temporary.path, error).permissions() & most, error);
 }
 
 OutputFile::~OutputFile()
 {
     std::error_code ignored; // nobody could be told, and the failure that led here is the one that matters
-    if (!m_temporary.empty())
-        fs::remove(m_temporary, ignored);
+    if (!m_temporary.path.empty())
+        fs::remove(m_temporary.path, ignored);
 }
 
 void OutputFile::commit()
 {
     std::error_code error;
-    fs::rename(m_temporary, m_target, error);
+    fs::rename(m_temporary.path, m_target, error);
     if (error)
         fail(m_target, "cannot be put in place: " + error.message());
-    m_temporary.clear();
+    m_temporary.path.clear();
 }
 
 } // namespace velmora::tools

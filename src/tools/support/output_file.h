@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/claimed_path.h"
+
 #include <filesystem>
 
 namespace velmora::tools
@@ -8,7 +10,8 @@ namespace velmora::tools
 enum class Existing { refuse, replace };
 
 /// A file that appears under its name only when it is complete: it is written beside it under a name of its own, and
-/// the destructor removes what was not committed.
+/// the destructor removes what was not committed, and the next
+/// one for the same folder what a killed process left.
 class OutputFile
 {
 public:
@@ -20,13 +23,13 @@ public:
     OutputFile& operator=(const OutputFile&) = delete;
 
     /// Where to write.
-    [[nodiscard]] const std::filesystem::path& temporaryPath() const { return m_temporary; }
+    [[nodiscard]] const std::filesystem::path& temporaryPath() const { return m_temporary.path; }
     /// Moves the finished file to its place. Throws std::runtime_error.
     void commit();
 
 private:
     std::filesystem::path m_target;
-    std::filesystem::path m_temporary{};
+    ClaimedPath m_temporary{};
 };
 
 /// A name in the folder of `target` that nothing has, for something that will be renamed to `target`.
