@@ -11,7 +11,7 @@ import random
 import sys
 import unicodedata
 
-LIMIT = 255  # UTF-16 units of a decomposed name; the local file system takes 255 bytes of UTF-8
+LIMIT = 255  # UTF-16 units of a stored name; local file systems take 255 bytes of UTF-8, also when readers hand it back
 SCRIPTS = ["abcdefghij XYZ-_.", "äöüßéèñçåøŁşğ", "абвгдежзийЙЁё", "αβγδεζηθΆΈώ", "日本語漢字仮名", "한국어가각힣",
            "עברית", "العربية", "हिन्दीक़", "ไทยกำ", "🍎🚀🎉", "ǅﬁ①Ωµ"]
 
@@ -22,7 +22,7 @@ def name_for(rng, number, longest=False):
     target = 255 if longest else rng.choice([3, 8, 8, 12, 12, 20, 40, 120])
     while True:
         more = name + rng.choice(letters)
-        if len(more.encode()) > target or len(unicodedata.normalize("NFD", more).encode("utf-16-le")) // 2 > LIMIT:
+        if len(unicodedata.normalize("NFD", more).encode()) > min(target, LIMIT):
             break
         name = more
     return name.rstrip(". ") or f"{number:x}"
