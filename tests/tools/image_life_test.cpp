@@ -12,6 +12,8 @@
 #include <fstream>
 #include <thread>
 
+#include <sys/stat.h>
+
 namespace fs = std::filesystem;
 using namespace velmora;
 using namespace velmora::test;
@@ -150,6 +152,21 @@ TEST_F(ImageLife, givesTheSameBytesForTheSameFolderAndMoment)
     EXPECT_NE(diskGuid(third), diskGuid(first));
 }
 
+TEST_F(ImageLife, keepsTheHolesOfFiles)
+{
+    const std::string head(300'000, 'h');
+    fs::resize_file(write("stage/sparse", head), 24'000'000);
+    std::ofstream(path("stage/sparse"), std::ios::app) << "tail";
+    const fs::path image = createImage("a.dmg", path("stage"), "V");
+    const velmora::tools::ImageVolume opened = velmora::tools::openImageVolume(image);
+    EXPECT_TRUE(contentOf(*hfs::Volume(*opened.volume).find("/sparse")) ==
+                head + std::string(24'000'000 - head.size(), '\0') + "tail");
+    struct stat status {
+    };
+    ASSERT_EQ(::stat(image.c_str(), &status), 0);
+    EXPECT_LT(status.st_blocks * 512, 8'000'000);
+}
+
 TEST_F(ImageLife, needsNoMoreThanTheSizeThatTheBuildComputes)
 {
     const struct {
@@ -253,17 +270,20 @@ TEST_F(ImageLife, refusesWhatAVolumeCannotHold)
 
 TEST_F(ImageLife, leavesNothingBehindWhenItIsStopped)
 {
-    // A hole of many gigabytes takes long to read and no place.
-    fs::resize_file(write("stage/large", ""), std::uint64_t{24} << 30);
+    // One file under many names takes long to copy and little place.
+    const fs::path large = write("stage/large", std::string(64'000'000, 'x'));
+    for (int n = 0; n < 200; ++n)
+        fs::create_hard_link(large, path("stage") / std::to_string(n));
     fs::create_directory(path("out"));
     StopSource stop;
     std::thread impatience([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        for (int n = 0; n < 5000 && fs::is_empty(path("out")); ++n)
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
         stop.requestStop();
     });
     const ChildResult result = run("hdiutil",
                                    {"create", "-srcfolder", path("stage"), "-volname", "V", "-fs", "HFS+", "-format",
-                                    "UDRW", "-size", "30g", path("out/x.dmg")},
+                                    "UDRW", "-size", "14g", path("out/x.dmg")},
                                    stop.token());
     impatience.join();
     EXPECT_EQ(result.exitCode, 128 + 15) << result.error;

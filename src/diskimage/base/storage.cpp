@@ -198,6 +198,14 @@ std::uint64_t checkedSlice(const Source& base, std::uint64_t offset, std::uint64
     return length;
 }
 
+/// What the base knows, as a part of it sees it.
+ByteRange nextDataOfSlice(const Source& base, ByteRange slice, std::uint64_t offset)
+{
+    checkRange(offset, 0, slice.length(), "a part of the disk");
+    const ByteRange data = base.nextData(slice.start + offset);
+    return {std::min(data.start, slice.end) - slice.start, std::min(data.end, slice.end) - slice.start};
+}
+
 class SourceSlice : public Source
 {
 public:
@@ -210,6 +218,10 @@ public:
     {
         checkRange(offset, out.size(), m_length, "a part of the disk");
         m_base.read(m_offset + offset, out);
+    }
+    [[nodiscard]] ByteRange nextData(std::uint64_t offset) const override
+    {
+        return nextDataOfSlice(m_base, {m_offset, m_offset + m_length}, offset);
     }
 
 private:
@@ -231,14 +243,19 @@ public:
         checkRange(offset, out.size(), m_length, "a part of the disk");
         m_base.read(m_offset + offset, out);
     }
+    [[nodiscard]] ByteRange nextData(std::uint64_t offset) const override
+    {
+        return nextDataOfSlice(m_base, {m_offset, m_offset + m_length}, offset);
+    }
     void write(std::uint64_t offset, ByteView bytes) override
     {
-        if (offset > m_length || bytes.size() > m_length - offset) {
-            throw DiskImageError("Writing " + std::to_string(bytes.size()) + " bytes at " + std::to_string(offset) +
-                                 " reaches beyond the end of a part of the disk (" + std::to_string(m_length) +
-                                 " bytes).");
-        }
+        checkPlace(offset, bytes.size());
         m_base.write(m_offset + offset, bytes);
+    }
+    std::uint64_t copyFrom(const Source& source, ByteRange range, std::uint64_t offset) override
+    {
+        checkPlace(offset, range.length());
+        return m_base.copyFrom(source, range, m_offset + offset);
     }
     void resize(std::uint64_t size) override
     {
@@ -249,6 +266,15 @@ public:
     }
 
 private:
+    void checkPlace(std::uint64_t offset, std::uint64_t length) const
+    {
+        if (offset > m_length || length > m_length - offset) {
+            throw DiskImageError("Writing " + std::to_string(length) + " bytes at " + std::to_string(offset) +
+                                 " reaches beyond the end of a part of the disk (" + std::to_string(m_length) +
+                                 " bytes).");
+        }
+    }
+
     Storage& m_base;
     std::uint64_t m_offset;
     std::uint64_t m_length;
@@ -263,6 +289,30 @@ Bytes Source::read(std::uint64_t offset, std::size_t length) const
     Bytes bytes(length);
     read(offset, MutableByteView(bytes));
     return bytes;
+}
+
+ByteRange Source::nextData(std::uint64_t offset) const
+{
+    checkRange(offset, 0, size(), "the data");
+    return {offset, size()};
+}
+
+void readAroundHoles(const Source& source, std::uint64_t offset, MutableByteView out)
+{
+    checkRange(offset, out.size(), source.size(), "the data");
+    const auto end = offset + out.size();
+    for (auto data = source.nextData(offset); data.start < end; data = source.nextData(data.end)) {
+        const auto length = std::min(data.end, end) - data.start;
+        source.read(data.start, out.subspan(data.start - offset, length));
+        if (data.end >= end) {
+            break;
+        }
+    }
+}
+
+std::uint64_t Storage::copyFrom(const Source& /*source*/, ByteRange /*range*/, std::uint64_t /*offset*/)
+{
+    return 0;
 }
 
 std::unique_ptr<Storage> openFile(const std::filesystem::path& path, OpenMode mode)

@@ -10,6 +10,14 @@
 namespace velmora::diskimage
 {
 
+/// The bytes from `start` up to, but not including, `end`.
+struct ByteRange {
+    std::uint64_t start = 0;
+    std::uint64_t end = 0;
+    [[nodiscard]] std::uint64_t length() const { return end - start; }
+    bool operator==(const ByteRange&) const = default;
+};
+
 /// Bytes that can be read at any place: a file, a part of one, an expanded image. Every call may come from any thread.
 class Source
 {
@@ -22,7 +30,14 @@ public:
     virtual void read(std::uint64_t offset, MutableByteView out) const = 0;
     /// The same, as a new buffer; `length` has been checked by the caller against a limit that fits memory.
     [[nodiscard]] Bytes read(std::uint64_t offset, std::size_t length) const;
+    /// The next range at or after `offset` (at most size()) that may hold something else than zeros; empty, at the end,
+    /// when only a hole follows. What lies before it need not be read. A source that knows nothing of holes is all
+    /// data.
+    [[nodiscard]] virtual ByteRange nextData(std::uint64_t offset) const;
 };
+
+/// Fills `out` like Source::read, but leaves out the holes, where `out` already holds zeros.
+void readAroundHoles(const Source& source, std::uint64_t offset, MutableByteView out);
 
 /// A Source that can also be written. Writing beyond the end makes it longer; what lies between reads as zeros and
 /// takes no space where the file system has holes.
@@ -33,6 +48,10 @@ public:
     virtual void write(std::uint64_t offset, ByteView bytes) = 0;
     /// Makes the storage exactly `size` bytes long.
     virtual void resize(std::uint64_t size) = 0;
+    /// Lets the system copy a range of `source` to `offset`, without moving the bytes through the program. Returns how
+    /// many bytes from the start of the range it did; 0, where it cannot, is no error: reading and writing will do or
+    /// show why not.
+    virtual std::uint64_t copyFrom(const Source& source, ByteRange range, std::uint64_t offset);
 };
 
 /// How openFile opens.

@@ -111,7 +111,7 @@ ForkData EditedVolume::storeFork(const Source& source, std::uint64_t size, const
 {
     const auto blockSize = m_records.header.blockSize;
     const auto extents = m_blocks.allocate(ceilDivide(size, blockSize));
-    copyToFork(source, size, path, *m_volume, blockSize, extents, BlockState::unknown);
+    copyToFork(source, size, path, *m_volume, blockSize, extents);
     ForkData fork;
     fork.logicalSize = size;
     storeExtents(fork, extents, id, type, m_records.overflow);
@@ -146,8 +146,7 @@ void EditedVolume::storeAttributes(const ContentItem& item, const std::string& p
             continue;
         }
         const auto extents = m_blocks.allocate(ceilDivide(size, m_records.header.blockSize));
-        copyToFork(*memoryStorage(*attribute.value), size, path, *m_volume, m_records.header.blockSize, extents,
-                   BlockState::unknown);
+        copyToFork(*memoryStorage(*attribute.value), size, path, *m_volume, m_records.header.blockSize, extents);
         // Attributes continue in records of their own tree.
         OverflowExtents more;
         ForkData fork;

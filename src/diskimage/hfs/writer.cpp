@@ -65,23 +65,27 @@ class VolumeWriter
 public:
     VolumeWriter(Storage& volume, const Geometry& geometry) : m_volume(volume), m_geometry(geometry) {}
 
-    void writeContents(const Content& content)
+    /// Returns the checksum of all forks.
+    std::uint32_t writeContents(const Content& content, const std::function<bool()>& stopped)
     {
+        NewForkCopy forks(m_volume, stopped);
         for (std::size_t i = 0; i < content.size(); ++i) {
             const auto& item = content[i];
             if (item.data.count > 0) {
-                copy(*openDataOf(*item.entry), dataSizeOf(*item.entry), pathOfItem(content, i), item.data);
+                forks.copy(*openDataOf(*item.entry), dataSizeOf(*item.entry), pathOfItem(content, i),
+                           placeOf(item.data));
             }
             if (item.resource.count > 0) {
-                copy(*item.entry->openResource(), resourceSizeOf(*item.entry),
-                     pathOfItem(content, i) + " (resource fork)", item.resource);
+                forks.copy(*item.entry->openResource(), resourceSizeOf(*item.entry),
+                           pathOfItem(content, i) + " (resource fork)", placeOf(item.resource));
             }
             for (const auto& attribute : item.attributes) {
                 if (attribute.fork.count > 0) {
-                    m_volume.write(std::uint64_t{attribute.fork.start} * m_geometry.blockSize, *attribute.value);
+                    m_volume.write(placeOf(attribute.fork), *attribute.value);
                 }
             }
         }
+        return forks.checksum();
     }
 
     void writeTree(const RecordList& records, const SpecialFile& file, std::uint16_t maxKeyLength,
@@ -123,9 +127,10 @@ public:
     }
 
 private:
-    void copy(const Source& source, std::uint64_t size, const std::string& path, Extent extent)
+    /// The volume's byte at which an extent begins.
+    [[nodiscard]] std::uint64_t placeOf(Extent extent) const
     {
-        copyToFork(source, size, path, m_volume, m_geometry.blockSize, {extent}, BlockState::zeros);
+        return std::uint64_t{extent.start} * m_geometry.blockSize;
     }
 
     Storage& m_volume;
@@ -187,7 +192,7 @@ std::uint64_t requiredBytes(const Entry& root, const VolumeOptions& options)
     return smallestVolume(prepared.needs(), options.clumps);
 }
 
-void writeVolume(Storage& volume, Entry& root, const VolumeOptions& options)
+std::uint32_t writeVolume(Storage& volume, Entry& root, const VolumeOptions& options)
 {
     PreparedContent prepared(root, options);
     const auto geometry = layOut(prepared.needs(), options.clumps, volume.size());
@@ -197,7 +202,7 @@ void writeVolume(Storage& volume, Entry& root, const VolumeOptions& options)
     prepared.attributes = encodeAttributes(prepared.content);
 
     VolumeWriter writer(volume, geometry);
-    writer.writeContents(prepared.content);
+    const auto checksum = writer.writeContents(prepared.content, options.stopped);
     writer.writeTree({}, geometry.extents, extentsMaxKeyLength, 0, treeBigKeys);
     writer.writeTree(prepared.attributes, geometry.attributes, attributesMaxKeyLength, 0,
                      treeBigKeys | treeVariableIndexKeys);
@@ -207,6 +212,7 @@ void writeVolume(Storage& volume, Entry& root, const VolumeOptions& options)
     // The headers come last: until then nobody takes the unfinished volume for one.
     writer.writeHeaders(headerOf(geometry, prepared.content, options, identifier));
     setIds(root, prepared.content);
+    return checksum;
 }
 
 } // namespace velmora::diskimage::hfs

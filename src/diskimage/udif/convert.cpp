@@ -2,9 +2,9 @@
 // from its start, and a table of them; zeros and free space take no room.
 
 #include "diskimage/base/checksum.h"
+#include "diskimage/base/crc_algebra.h"
 #include "diskimage/base/error.h"
 #include "diskimage/base/property_list.h"
-#include "diskimage/udif/crc_algebra.h"
 #include "diskimage/udif/format.h"
 #include "diskimage/udif/in_order.h"
 #include "diskimage/udif/zlib_codec.h"
@@ -12,7 +12,6 @@
 #include <openssl/sha.h>
 
 #include <algorithm>
-#include <cstring>
 #include <thread>
 
 namespace velmora::diskimage::udif
@@ -21,12 +20,8 @@ namespace
 {
 
 constexpr std::uint64_t chunkSectors = 2048;
+constexpr std::uint64_t chunkSize = chunkSectors * sectorSize;
 constexpr std::uint32_t zlibBuffersNeeded = chunkSectors + 8; // sectors, as Apple's writers put it for such chunks
-
-bool isZero(ByteView bytes)
-{
-    return bytes.empty() || (bytes[0] == 0 && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0);
-}
 
 void report(const ConvertOptions& options, std::uint64_t done, std::uint64_t total)
 {
@@ -56,13 +51,20 @@ void writeSparse(Storage& out, std::uint64_t offset, ByteView bytes)
 void copyRaw(const Source& disk, Storage& out, const ConvertOptions& options)
 {
     const std::uint64_t size = disk.size();
-    Bytes buffer(chunkSectors * sectorSize);
-    for (std::uint64_t offset = 0; offset < size; offset += buffer.size()) {
-        report(options, offset, size);
-        const MutableByteView piece(buffer.data(),
-                                    static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), size - offset)));
-        disk.read(offset, piece);
-        writeSparse(out, offset, piece);
+    Bytes buffer(chunkSize);
+    for (ByteRange data = disk.nextData(0); data.start < size; data = disk.nextData(data.end)) {
+        while (data.start < data.end) {
+            report(options, data.start, size);
+            const ByteRange range{data.start, std::min(data.end, data.start + chunkSize)};
+            std::uint64_t done = out.copyFrom(disk, range, range.start);
+            if (done == 0) {
+                const MutableByteView piece = MutableByteView(buffer).first(static_cast<std::size_t>(range.length()));
+                disk.read(range.start, piece);
+                writeSparse(out, range.start, piece);
+                done = piece.size();
+            }
+            data.start += done;
+        }
     }
     out.resize(size);
     report(options, size, size);
@@ -83,22 +85,45 @@ struct Packed {
     std::uint32_t expandedCrc = 0;
 };
 
-std::vector<Job> jobsFor(const std::vector<DiskExtent>& extents)
+/// The chunks of an extent that the disk holds data for; the others are zeros, and nobody reads them.
+void addJobs(const Source& disk, const DiskExtent& extent, std::size_t index, std::vector<Job>& jobs)
+{
+    const std::uint64_t start = extent.start * sectorSize;
+    const std::uint64_t length = extent.count * sectorSize;
+    for (std::uint64_t chunk = 0; chunk * chunkSize < length;) {
+        const ByteRange data = disk.nextData(start + chunk * chunkSize);
+        if (data.start >= start + length)
+            return;
+        chunk = (data.start - start) / chunkSize;
+        const std::uint64_t end = std::min(data.end - start, length);
+        for (; chunk * chunkSize < end; ++chunk) {
+            const std::uint64_t first = chunk * chunkSectors;
+            jobs.push_back({index, first, std::min(chunkSectors, extent.count - first)});
+        }
+    }
+}
+
+std::vector<Job> jobsFor(const Source& disk, const std::vector<DiskExtent>& extents)
 {
     std::vector<Job> jobs;
     for (std::size_t i = 0; i < extents.size(); ++i) {
-        if (extents[i].kind == ExtentKind::free)
-            continue;
-        for (std::uint64_t first = 0; first < extents[i].count; first += chunkSectors)
-            jobs.push_back({i, first, std::min(chunkSectors, extents[i].count - first)});
+        if (extents[i].kind != ExtentKind::free)
+            addJobs(disk, extents[i], i, jobs);
     }
     return jobs;
+}
+
+Bytes readChunk(const Source& disk, std::uint64_t sector, std::uint64_t count)
+{
+    Bytes bytes(static_cast<std::size_t>(count * sectorSize));
+    readAroundHoles(disk, sector * sectorSize, bytes);
+    return bytes;
 }
 
 Packed packChunk(Bytes bytes, const ZlibCompressor* compressor)
 {
     if (isZero(bytes))
-        return {ChunkType::zero, {}, 0, crc32OfZeros(bytes.size())};
+        return {};
     Packed packed;
     packed.expandedCrc = crc32(0, bytes);
     if (compressor)
@@ -126,8 +151,7 @@ std::vector<Packers::Producer> packersFor(const Source& disk, const std::vector<
         packers.emplace_back([&disk, &extents, &jobs, compressor](std::size_t index) {
             const Job& job = jobs[index];
             const std::uint64_t sector = extents[job.extent].start + job.firstSector;
-            return packChunk(disk.read(sector * sectorSize, static_cast<std::size_t>(job.sectorCount * sectorSize)),
-                             compressor ? &*compressor : nullptr);
+            return packChunk(readChunk(disk, sector, job.sectorCount), compressor ? &*compressor : nullptr);
         });
     }
     return packers;
@@ -154,34 +178,57 @@ std::vector<BlockTable> emptyTables(const std::vector<DiskExtent>& extents)
     return tables;
 }
 
+/// Adds one entry for the zeros between what a table has and a sector. Whether they were a hole or had to be looked at
+/// makes no difference.
+void addZeros(BlockTable& table, std::uint64_t sector, std::uint64_t place)
+{
+    const std::uint64_t first =
+        table.chunks.empty() ? 0 : table.chunks.back().firstSector + table.chunks.back().sectorCount;
+    if (first == sector)
+        return;
+    const std::uint64_t length = (sector - first) * sectorSize;
+    table.chunks.push_back({ChunkType::zero, first, sector - first, place, 0});
+    table.checksum = crc32Combined(table.checksum, crc32OfZeros(length), length);
+}
+
+/// Adds a chunk to its table and to the data fork. Zeros are left for the next chunk that is not.
+void addChunk(DataFork& fork, const Job& job, const Packed& packed, Storage& out)
+{
+    if (packed.type == ChunkType::zero)
+        return;
+    BlockTable& table = fork.tables[job.extent];
+    addZeros(table, job.firstSector, fork.length);
+    table.chunks.push_back({packed.type, job.firstSector, job.sectorCount, fork.length, packed.payload.size()});
+    table.checksum = crc32Combined(table.checksum, packed.expandedCrc, job.sectorCount * sectorSize);
+    out.write(fork.length, packed.payload);
+    fork.crc = crc32Combined(fork.crc, packed.payloadCrc, packed.payload.size());
+    fork.length += packed.payload.size();
+}
+
 /// Free space needs one entry. Its place is where the data fork has grown to by then.
 void closeTable(DataFork& fork, const DiskExtent& extent)
 {
     BlockTable& table = fork.tables[fork.ends.size()];
     if (extent.kind == ExtentKind::free)
         table.chunks.push_back({ChunkType::ignored, 0, extent.count, fork.length, 0});
+    else
+        addZeros(table, extent.count, fork.length);
     fork.ends.push_back(fork.length);
 }
 
 DataFork writeDataFork(const Source& disk, const std::vector<DiskExtent>& extents, Storage& out,
                        const ConvertOptions& options)
 {
-    const std::vector<Job> jobs = jobsFor(extents);
+    const std::vector<Job> jobs = jobsFor(disk, extents);
     DataFork fork;
     fork.tables = emptyTables(extents);
     auto packers = packersFor(disk, extents, jobs, options);
     const std::size_t window = 2 * packers.size() + 2;
     report(options, 0, jobs.size());
-    Packers::run(jobs.size(), std::move(packers), window, [&](std::size_t index, Packed packed) {
-        const Job& job = jobs[index];
-        while (fork.ends.size() < job.extent)
+    Packers::run(jobs.size(), std::move(packers), window, [&](std::size_t index, const Packed& packed) {
+        while (fork.ends.size() < jobs[index].extent)
             closeTable(fork, extents[fork.ends.size()]);
-        BlockTable& table = fork.tables[job.extent];
-        table.chunks.push_back({packed.type, job.firstSector, job.sectorCount, fork.length, packed.payload.size()});
-        table.checksum = crc32Combined(table.checksum, packed.expandedCrc, job.sectorCount * sectorSize);
-        out.write(fork.length, packed.payload);
-        fork.crc = crc32Combined(fork.crc, packed.payloadCrc, packed.payload.size());
-        fork.length += packed.payload.size();
+        addChunk(fork, jobs[index], packed, out);
         report(options, index + 1, jobs.size());
     });
     while (fork.ends.size() < extents.size())

@@ -92,11 +92,9 @@ public:
         if (offset > m_size || out.size() > m_size - offset)
             throw DiskImageError("Reading " + std::to_string(out.size()) + " bytes at " + std::to_string(offset) +
                                  " reaches beyond the end of the disk (" + std::to_string(m_size) + " bytes).");
-        auto piece = std::upper_bound(m_pieces.begin(), m_pieces.end(), offset,
-                                      [](std::uint64_t position, const Piece& p) { return position < p.start; });
+        auto piece = pieceAt(offset);
         while (!out.empty()) {
-            // The pieces adjoin: the one before the first that begins later holds the position.
-            const Piece& current = *std::prev(piece++);
+            const Piece& current = *piece++;
             const std::uint64_t within = offset - current.start;
             const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(out.size(), current.size - within));
             readPiece(current, within, out.first(count));
@@ -105,7 +103,26 @@ public:
         }
     }
 
+    [[nodiscard]] ByteRange nextData(std::uint64_t offset) const override
+    {
+        const auto isData = [](const Piece& p) { return p.type != ChunkType::zero && p.type != ChunkType::ignored; };
+        const auto first = std::find_if(pieceAt(offset), m_pieces.end(), isData);
+        if (first == m_pieces.end())
+            return {m_size, m_size};
+        const auto behind = std::find_if_not(first, m_pieces.end(), isData);
+        return {std::max(offset, first->start), behind == m_pieces.end() ? m_size : behind->start};
+    }
+
 private:
+    using PieceIterator = std::vector<Piece>::const_iterator;
+
+    /// The piece that holds a position; the pieces adjoin. None at the end.
+    [[nodiscard]] PieceIterator pieceAt(std::uint64_t offset) const
+    {
+        return std::partition_point(m_pieces.begin(), m_pieces.end(),
+                                    [=](const Piece& p) { return p.start + p.size <= offset; });
+    }
+
     void readPiece(const Piece& piece, std::uint64_t within, MutableByteView out) const
     {
         switch (piece.type) {
@@ -114,7 +131,8 @@ private:
             std::fill(out.begin(), out.end(), std::uint8_t{0});
             return;
         case ChunkType::raw:
-            m_file.read(piece.fileOffset + within, out);
+            std::fill(out.begin(), out.end(), std::uint8_t{0});
+            readAroundHoles(m_file, piece.fileOffset + within, out);
             return;
         default: {
             const SharedBytes bytes = expanded(piece);

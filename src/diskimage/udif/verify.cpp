@@ -1,5 +1,5 @@
 #include "diskimage/base/checksum.h"
-#include "diskimage/udif/crc_algebra.h"
+#include "diskimage/base/crc_algebra.h"
 #include "diskimage/udif/format.h"
 
 #include <algorithm>
@@ -9,17 +9,23 @@ namespace velmora::diskimage::udif
 namespace
 {
 
+/// Of a part of a source, of which the holes are not read.
 std::uint32_t crcOf(const Source& source, std::uint64_t offset, std::uint64_t length)
 {
     constexpr std::uint64_t pieceSize = std::uint64_t{1} << 20;
     Bytes buffer(static_cast<std::size_t>(std::min(length, pieceSize)));
     std::uint32_t crc = 0;
-    while (length > 0) {
-        const MutableByteView piece(buffer.data(), static_cast<std::size_t>(std::min(length, pieceSize)));
+    for (const std::uint64_t end = offset + length; offset < end;) {
+        const ByteRange data = source.nextData(offset);
+        const std::uint64_t hole = std::min(data.start, end) - offset;
+        if (hole > 0)
+            crc = crc32Combined(crc, crc32OfZeros(hole), hole);
+        offset += hole;
+        const std::uint64_t there = std::min(data.end, end) - offset;
+        const auto piece = MutableByteView(buffer).first(static_cast<std::size_t>(std::min(there, pieceSize)));
         source.read(offset, piece);
         crc = crc32(crc, piece);
         offset += piece.size();
-        length -= piece.size();
     }
     return crc;
 }

@@ -4,6 +4,7 @@
 #include "tools/hdiutil/verbs.h"
 #include "tools/support/arguments.h"
 #include "tools/support/image_volume.h"
+#include "tools/support/local_file.h"
 #include "tools/support/owner_process.h"
 #include "tools/support/session.h"
 
@@ -37,7 +38,7 @@ void printDevices(const Session& session)
 /// Reads the volume as it will be needed at detach, so that an image which cannot be changed fails here.
 std::string nameOfWritableVolume(const fs::path& path, const DiskExtent& extent)
 {
-    const auto file = openFile(path, OpenMode::readWrite);
+    const auto file = openLocalFile(path, OpenMode::readWrite);
     const auto volume = sliceOf(*file, extent.start * sectorSize, extent.count * sectorSize);
     return hfs::VolumeEditor(*volume).root().name;
 }

@@ -2,6 +2,7 @@
 #include "diskimage/udif/image.h"
 #include "tools/hdiutil/verbs.h"
 #include "tools/support/arguments.h"
+#include "tools/support/local_file.h"
 #include "tools/support/output_file.h"
 
 #include <iostream>
@@ -60,11 +61,11 @@ int convert(std::span<const std::string> arguments, const StopToken& stop)
         throw std::runtime_error("\"" + output.string() + "\" is the image to be converted");
     refuseAttached(input);
     refuseAttached(output);
-    const auto file = openFile(input, OpenMode::readOnly);
+    const auto file = openLocalFile(input, OpenMode::readOnly);
     const udif::Image image(*file);
 
     OutputFile target(output, given.has("-ov") ? Existing::replace : Existing::refuse);
-    const auto storage = openFile(target.temporaryPath(), OpenMode::readWrite);
+    const auto storage = openLocalFile(target.temporaryPath(), OpenMode::readWrite);
     udif::convert(image.disk(), *storage, options);
     throwIfStopped(stop);
     target.commit();
@@ -78,7 +79,7 @@ int internetEnable(std::span<const std::string> arguments, const StopToken&)
     const Arguments given(arguments, specs, 1, 1);
     if (given.has("-yes") == given.has("-no"))
         throw UsageError("give either -yes or -no");
-    const auto file = openFile(given.operands().front(), OpenMode::readWrite);
+    const auto file = openLocalFile(given.operands().front(), OpenMode::readWrite);
     udif::setInternetEnabled(*file, given.has("-yes"));
     std::cout << (given.has("-yes") ? "enabled" : "disabled") << ": " << given.operands().front() << "\n";
     return 0;

@@ -4,6 +4,7 @@
 #include "tools/hdiutil/verbs.h"
 #include "tools/support/arguments.h"
 #include "tools/support/fingerprint.h"
+#include "tools/support/local_file.h"
 #include "tools/support/output_file.h"
 #include "tools/support/source_tree.h"
 #include "tools/support/times.h"
@@ -30,31 +31,8 @@ struct CreateRequest {
     Existing existing = Existing::refuse;
 };
 
-/// Passes a file's bytes on, takes them into the fingerprint, and ends the reading when a stop is requested.
-class ObservedSource : public Source
-{
-public:
-    ObservedSource(std::unique_ptr<Source> base, Fingerprint& fingerprint, StopToken stop)
-        : m_base(std::move(base)), m_fingerprint(fingerprint), m_stop(std::move(stop))
-    {
-    }
-    using Source::read;
-    [[nodiscard]] std::uint64_t size() const override { return m_base->size(); }
-    void read(std::uint64_t offset, MutableByteView out) const override
-    {
-        throwIfStopped(m_stop);
-        m_base->read(offset, out);
-        m_fingerprint.add(ByteView(out));
-    }
-
-private:
-    std::unique_ptr<Source> m_base;
-    Fingerprint& m_fingerprint;
-    StopToken m_stop;
-};
-
-/// Takes what a tree is made of into the fingerprint, and its forks when they are read.
-void observe(hfs::Entry& entry, Fingerprint& fingerprint, const StopToken& stop)
+/// Takes what a tree is made of, but for the bytes of its forks, into the fingerprint.
+void describe(const hfs::Entry& entry, Fingerprint& fingerprint)
 {
     fingerprint.add(entry.name);
     fingerprint.add(static_cast<std::uint64_t>(entry.kind));
@@ -68,17 +46,9 @@ void observe(hfs::Entry& entry, Fingerprint& fingerprint, const StopToken& stop)
         fingerprint.add(name);
         fingerprint.add(textOf(value));
     }
-    const auto wrap = [&](auto& open) {
-        if (open)
-            open = [base = std::move(open), &fingerprint, stop]() -> std::unique_ptr<Source> {
-                return std::make_unique<ObservedSource>(base(), fingerprint, stop);
-            };
-    };
-    wrap(entry.openData);
-    wrap(entry.openResource);
     fingerprint.add(std::uint64_t{entry.children.size()});
-    for (hfs::Entry& child : entry.children)
-        observe(child, fingerprint, stop);
+    for (const hfs::Entry& child : entry.children)
+        describe(child, fingerprint);
 }
 
 void requireRoom(const hfs::Entry& root, const hfs::VolumeOptions& options, std::uint64_t size)
@@ -96,18 +66,18 @@ void createImage(const CreateRequest& request, const StopToken& stop)
 {
     hfs::Entry root = scanFolder(request.folder, request.volumeName, {.latestTime = sourceDateEpoch()});
     Fingerprint fingerprint;
-    observe(root, fingerprint, stop);
-    const hfs::VolumeOptions options{.clumps = request.clumps, .created = currentTime()};
+    describe(root, fingerprint);
+    const hfs::VolumeOptions options{
+        .clumps = request.clumps, .created = currentTime(), .stopped = [&stop] { return stop.stopRequested(); }};
     requireRoom(root, options, request.size);
     throwIfStopped(stop);
 
     OutputFile output(request.output, request.existing);
-    const auto disk = openFile(output.temporaryPath(), OpenMode::readWrite);
+    const auto disk = openLocalFile(output.temporaryPath(), OpenMode::readWrite);
     disk->resize(request.size);
     const PartitionPlace place = partitionPlace(request.size / sectorSize);
     const auto volume = sliceOf(*disk, place.start * sectorSize, place.count * sectorSize);
-    hfs::writeVolume(*volume, root, options);
-    // After the volume: by now the fingerprint covers all contents.
+    fingerprint.add(std::uint64_t{hfs::writeVolume(*volume, root, options)});
     writeGpt(*disk, PartitionType::hfs, fingerprint.guid("disk"), fingerprint.guid("partition"));
     throwIfStopped(stop);
     output.commit();

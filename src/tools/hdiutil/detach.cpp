@@ -4,6 +4,7 @@
 #include "tools/hdiutil/verbs.h"
 #include "tools/support/arguments.h"
 #include "tools/support/image_volume.h"
+#include "tools/support/local_file.h"
 #include "tools/support/session.h"
 #include "tools/support/source_tree.h"
 #include "tools/support/times.h"
@@ -45,7 +46,7 @@ hfs::Entry collectContent(const Session& session)
 
 void writeIntoImage(const Session& session, const hfs::Entry& content)
 {
-    const auto file = openFile(session.image, OpenMode::readWrite);
+    const auto file = openLocalFile(session.image, OpenMode::readWrite);
     if (udif::Image(*file).kind() != udif::ImageKind::raw)
         throw std::runtime_error("\"" + session.image.string() + "\" has been replaced by another image");
     const DiskExtent extent = findHfsVolume(*file).extent;

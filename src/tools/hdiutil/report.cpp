@@ -4,6 +4,7 @@
 #include "tools/hdiutil/verbs.h"
 #include "tools/support/arguments.h"
 #include "tools/support/image_volume.h"
+#include "tools/support/local_file.h"
 
 #include <iomanip>
 #include <iostream>
@@ -111,7 +112,7 @@ bool reportDisk(const Source& disk)
 int imageinfo(std::span<const std::string> arguments, const StopToken&)
 {
     const Arguments given(arguments, {}, 1, 1);
-    const auto file = openFile(given.operands().front(), OpenMode::readOnly);
+    const auto file = openLocalFile(given.operands().front(), OpenMode::readOnly);
     const udif::Image image(*file);
     const bool isRaw = image.kind() == udif::ImageKind::raw;
     std::cout << "Format: " << image.formatCode() << '\n'
@@ -132,7 +133,7 @@ int verify(std::span<const std::string> arguments, const StopToken&)
 {
     const Arguments given(arguments, {}, 1, 1);
     const std::string& path = given.operands().front();
-    const auto file = openFile(path, OpenMode::readOnly);
+    const auto file = openLocalFile(path, OpenMode::readOnly);
     const udif::Image image(*file);
     const bool checksumsRight = reportChecksums(*file, image);
     const bool diskRight = reportDisk(image.disk());

@@ -2,6 +2,7 @@
 
 #include "diskimage/base/error.h"
 #include "diskimage/hfs/volume.h"
+#include "tools/support/local_file.h"
 
 #include <algorithm>
 
@@ -36,7 +37,7 @@ VolumePlace findHfsVolume(const Source& disk)
 ImageVolume openImageVolume(const std::filesystem::path& path)
 {
     ImageVolume result;
-    result.file = openFile(path, OpenMode::readOnly);
+    result.file = openLocalFile(path, OpenMode::readOnly);
     result.image = std::make_unique<udif::Image>(*result.file);
     result.place = findHfsVolume(result.image->disk());
     result.volume =

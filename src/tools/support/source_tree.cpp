@@ -1,6 +1,7 @@
 #include "tools/support/source_tree.h"
 
 #include "platform/file_tree.h"
+#include "tools/support/local_file.h"
 
 #include <algorithm>
 #include <memory>
@@ -62,7 +63,7 @@ hfs::Entry scan(const fs::path& path, std::string name, const ScanOptions& optio
         entry.kind = hfs::EntryKind::file;
         entry.dataSize = status.size;
         entry.openData = [path]() -> std::unique_ptr<diskimage::Source> {
-            return diskimage::openFile(path, diskimage::OpenMode::readOnly);
+            return openLocalFile(path, diskimage::OpenMode::readOnly);
         };
         break;
     case FileKind::symlink:

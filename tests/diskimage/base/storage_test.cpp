@@ -128,6 +128,9 @@ TEST(Storage, slicesKeepToTheirPart)
     EXPECT_THROW(slice->resize(21), DiskImageError);
     EXPECT_THROW((void)sliceOf(*base, 90, 11), DiskImageError);
     EXPECT_THROW((void)sliceOf(*base, UINT64_MAX, 2), DiskImageError);
+    EXPECT_EQ(slice->nextData(5), (ByteRange{5, 20}));
+    EXPECT_THROW((void)slice->nextData(21), DiskImageError);
+    EXPECT_THROW((void)slice->copyFrom(*base, {0, 2}, 19), DiskImageError);
     const Source& source = *base;
     EXPECT_EQ(textOf(sliceOf(source, 57, 4)->read(1, 2)), "ab");
     EXPECT_THROW((void)sliceOf(source, 57, 4)->read(3, 2), DiskImageError);

@@ -60,6 +60,49 @@ private:
     std::map<std::uint64_t, Bytes> m_pages;
 };
 
+/// Five megabytes of which the second and third are a hole that must not be read.
+class HoledSource : public Source
+{
+public:
+    [[nodiscard]] std::uint64_t size() const override { return m_bytes.size(); }
+    void read(std::uint64_t offset, MutableByteView out) const override
+    {
+        const auto data = nextData(offset);
+        if (data.start != offset || data.end < offset + out.size()) {
+            throw DiskImageError("a hole was read at " + std::to_string(offset));
+        }
+        std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(offset), out.size(), out.begin());
+    }
+    [[nodiscard]] ByteRange nextData(std::uint64_t offset) const override
+    {
+        return offset < MiB ? ByteRange{offset, MiB} : ByteRange{std::max(offset, 3 * MiB), size()};
+    }
+    static Bytes content()
+    {
+        auto bytes = pattern(5 * MiB - 7, 3);
+        std::fill(bytes.begin() + MiB, bytes.begin() + 3 * MiB, std::uint8_t{0});
+        return bytes;
+    }
+
+private:
+    Bytes m_bytes = content();
+};
+
+/// Storage to which the "system" copies, but never all that was asked for.
+class CopyingStorage : public SparseStorage
+{
+public:
+    using SparseStorage::SparseStorage;
+    std::uint64_t copyFrom(const Source& source, ByteRange range, std::uint64_t offset) override
+    {
+        const auto length = range.length() / 3;
+        write(offset, source.read(range.start, length));
+        copied += length;
+        return length;
+    }
+    std::uint64_t copied = 0;
+};
+
 Entry deepTree()
 {
     auto tree = folder("deepest", {file("found", 10)});
@@ -303,6 +346,24 @@ TEST(Writer, refusesWhatAVolumeCannotHold)
             EXPECT_THAT(message, HasSubstr(part));
         }
     }
+}
+
+TEST(Writer, copiesTheSameWhateverTheSystemDoesOfIt)
+{
+    const auto treeOf = [](std::function<std::unique_ptr<Source>()> open) {
+        auto tree = folder("x", {file("plain", 100'000), file("holed", 5 * MiB - 7)});
+        tree.children[1].openData = std::move(open);
+        return tree;
+    };
+    auto plain = treeOf(opens(HoledSource::content()));
+    auto holed = treeOf([] { return std::make_unique<HoledSource>(); });
+    SparseStorage byHand(requiredBytes(plain, {}));
+    CopyingStorage bySystem(byHand.size());
+    EXPECT_EQ(writeVolume(byHand, plain, {}), writeVolume(bySystem, holed, {}));
+    EXPECT_GT(bySystem.copied, MiB);
+    EXPECT_TRUE(byHand.read(0, byHand.size()) == bySystem.read(0, bySystem.size()));
+    auto other = treeOf(opens(pattern(5 * MiB - 7, 4)));
+    EXPECT_NE(writeVolume(byHand, plain, {}), writeVolume(byHand, other, {})) << "the checksum covers the contents";
 }
 
 TEST(Writer, aFileThatChangedMeanwhileIsAnError)

@@ -159,6 +159,50 @@ TEST(Convert, leavesHolesInARawImage)
     EXPECT_LT(total, 3 * mebibyte + 64 * 1024);
 }
 
+TEST(Convert, doesNotReadHolesAndWritesTheSameAsIfThereWereNone)
+{
+    const auto disk = sampleDisk(40 * 2048);
+    const std::uint64_t start = 40 * 512;
+    const std::uint64_t end = disk->size();
+    // Holes that begin and end within chunks; one range ends just where a chunk does.
+    const SparseDisk sparse(*disk, {{0, start + mebibyte},
+                                    {start + 2 * mebibyte, start + 4 * mebibyte},
+                                    {start + 5 * mebibyte + 12288, start + 5 * mebibyte + 16384},
+                                    {end - 33 * 512, end}});
+    for (const Format format : {Format::udzo, Format::udro, Format::udrw}) {
+        SCOPED_TRACE(static_cast<int>(format));
+        EXPECT_TRUE(converted(sparse, {.format = format}) == converted(*disk, {.format = format}));
+    }
+}
+
+TEST(Convert, joinsZerosInOneEntry)
+{
+    const auto disk = sampleDisk(40 * 2048);
+    const auto file = memoryStorage(converted(*disk, {}));
+    const Image image(*file);
+    const Chunk& last = image.tables()[4].chunks.back();
+    EXPECT_EQ(last.type, ChunkType::zero);
+    EXPECT_EQ(last.firstSector, 6u * 2048);
+    EXPECT_EQ(last.firstSector + last.sectorCount, image.tables()[4].sectorCount);
+    // What is zero in the image is a hole of the expanded disk.
+    const std::uint64_t start = 40 * 512;
+    EXPECT_EQ(image.disk().nextData(start + mebibyte), (ByteRange{start + 2 * mebibyte, start + 4 * mebibyte}));
+    EXPECT_EQ(image.disk().nextData(start + 3 * mebibyte), (ByteRange{start + 3 * mebibyte, start + 4 * mebibyte}));
+    EXPECT_EQ(image.disk().nextData(disk->size()), (ByteRange{disk->size(), disk->size()}));
+}
+
+TEST(Verify, doesNotReadTheHolesOfTheFile)
+{
+    const auto disk = sampleDisk();
+    disk->write(40 * 512, Bytes(64 * 1024, 0)); // zeros within the first chunk, which a raw chunk stores
+    const auto file = memoryStorage(converted(*disk, {.format = Format::udro}));
+    const std::uint64_t hole = Image(*file).tables()[4].chunks[0].offset;
+    const SparseDisk sparse(*file, {{0, hole}, {hole + 64 * 1024, file->size()}});
+    const Image image(sparse);
+    for (const ChecksumResult& result : verifyChecksums(sparse, image))
+        EXPECT_TRUE(result.ok()) << result.name;
+}
+
 TEST(Convert, reportsProgressAndStops)
 {
     const auto disk = sampleDisk();

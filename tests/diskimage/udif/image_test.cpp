@@ -1,4 +1,4 @@
-#include "diskimage/udif/crc_algebra.h"
+#include "diskimage/base/crc_algebra.h"
 #include "diskimage/udif/test_images.h"
 #include "diskimage/udif/zlib_codec.h"
 

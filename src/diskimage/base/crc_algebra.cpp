@@ -1,9 +1,9 @@
 // A CRC is a polynomial over two elements, modulo a fixed one; a zero byte more multiplies it by x^8. In the reflected
 // form the highest bit is the coefficient of x^0.
 
-#include "diskimage/udif/crc_algebra.h"
+#include "diskimage/base/crc_algebra.h"
 
-namespace velmora::diskimage::udif
+namespace velmora::diskimage
 {
 namespace
 {
@@ -47,4 +47,4 @@ std::uint32_t crc32OfZeros(std::uint64_t length)
     return ~product(power(length), ~std::uint32_t{0});
 }
 
-} // namespace velmora::diskimage::udif
+} // namespace velmora::diskimage

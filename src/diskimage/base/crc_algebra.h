@@ -3,7 +3,7 @@
 #include <cstdint>
 
 /// CRC-32 values of joined pieces, without looking at the bytes again.
-namespace velmora::diskimage::udif
+namespace velmora::diskimage
 {
 
 /// The CRC-32 of a piece with `first` followed by one of `secondLength` bytes with `second`.
@@ -12,4 +12,4 @@ std::uint32_t crc32Combined(std::uint32_t first, std::uint32_t second, std::uint
 /// The CRC-32 of `length` zero bytes.
 std::uint32_t crc32OfZeros(std::uint64_t length);
 
-} // namespace velmora::diskimage::udif
+} // namespace velmora::diskimage
