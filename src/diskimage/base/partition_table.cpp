@@ -204,7 +204,7 @@ std::optional<DiskExtent> readEntry(const std::uint8_t* entry, const GptHeader& 
         if (unit == 0) {
             break;
         }
-        name += static_cast<char16_t>(unit);
+        name += unit < 0x20 || unit >= 0xFFFE ? u'?' : static_cast<char16_t>(unit); // no text could hold these
     }
     return DiskExtent{ExtentKind::partition, utf8FromUtf16(name), typeText(mixedEndian(type)), first, last - first + 1};
 }
@@ -263,9 +263,13 @@ std::vector<DiskExtent> readGpt(const Source& disk)
     return coverDisk(std::move(known), totalSectors);
 }
 
+/// The text in a field, which is ASCII by the format; what else is found there is no UTF-8.
 std::string fixedText(const std::uint8_t* bytes, std::size_t length)
 {
-    return {bytes, std::find(bytes, bytes + length, 0)};
+    std::string text(bytes, std::find(bytes, bytes + length, 0));
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c < 0x20 || c > 0x7E; }, '?');
+    return text;
 }
 
 /// An Apple partition map. Discs have blocks of 2048 bytes, with the map's entries in such blocks or in sectors.
