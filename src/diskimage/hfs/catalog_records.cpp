@@ -5,6 +5,7 @@
 #include "diskimage/hfs/names.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace velmora::diskimage::hfs
 {
@@ -184,6 +185,19 @@ CatalogItem readItem(ByteView record)
 std::u16string_view hardLinkFolderName()
 {
     return {u"\0\0\0\0HFS+ Private Data", 21};
+}
+
+std::optional<std::uint32_t> hardLinkNumber(std::u16string_view name)
+{
+    constexpr std::string_view prefix = "iNode";
+    const std::string text = posixName(name);
+    std::uint32_t number = 0;
+    if (text.compare(0, prefix.size(), prefix) != 0 ||
+        std::from_chars(text.data() + prefix.size(), text.data() + text.size(), number).ec != std::errc{} ||
+        text != std::string(prefix) + std::to_string(number)) { // no two names stand for one number
+        return std::nullopt;
+    }
+    return number;
 }
 
 bool isPrivateName(std::u16string_view name, bool volumeIsJournaled)

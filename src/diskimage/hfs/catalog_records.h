@@ -4,6 +4,7 @@
 #include "diskimage/hfs/fork.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -67,6 +68,8 @@ CatalogItem readItem(ByteView record);
 bool isPrivateName(std::u16string_view name, bool volumeIsJournaled);
 /// The folder in the root that holds what hard links refer to.
 std::u16string_view hardLinkFolderName();
+/// The number by which hard links refer to a file of this name in that folder ("iNode30"), or nothing.
+std::optional<std::uint32_t> hardLinkNumber(std::u16string_view name);
 
 // Places in folder and file records that are changed without decoding.
 inline constexpr std::size_t recordFlagsOffset = 2;

@@ -6,6 +6,7 @@
 #include "diskimage/hfs/format.h"
 
 #include <unordered_map>
+#include <unordered_set>
 
 namespace velmora::diskimage::hfs
 {
@@ -47,6 +48,7 @@ public:
             connect(id, checked);
         }
         collectAttributes(attributes);
+        collectLinkTargets();
         for (const auto& [id, checked] : m_items) {
             checkItem(checked);
         }
@@ -240,6 +242,12 @@ private:
             !isInLinkFolder(checked)) {
             fault(checked, "counts links that it does not have");
         }
+        if (item.isHardLink() && m_linkTargets.count(item.special) == 0) {
+            fault(checked, "is a hard link to a file that is missing");
+        }
+        if (type == modeSymlink && item.data.logicalSize > maximumLinkLength) {
+            fault(checked, "is a symbolic link whose target is longer than a path can be");
+        }
         if (getBE32(record + 4) != 0 && (item.flags & itemHasLinkChain) == 0) {
             fault(checked, "has a value in a reserved field");
         }
@@ -252,6 +260,17 @@ private:
         const auto parent = m_items.find(checked.parent);
         return parent != m_items.end() && parent->second.parent == rootFolderId &&
                keyOf(parent->second.record).name == hardLinkFolderName();
+    }
+
+    void collectLinkTargets()
+    {
+        for (const auto& [id, checked] : m_items) {
+            if (!checked.item.isFolder && !checked.item.isHardLink() && isInLinkFolder(checked)) {
+                if (const auto number = hardLinkNumber(keyOf(checked.record).name)) {
+                    m_linkTargets.insert(*number);
+                }
+            }
+        }
     }
 
     void collectAttributes(const RecordList& attributes)
@@ -340,6 +359,7 @@ private:
     CheckReport& m_report;
     std::map<CatalogId, CheckedItem> m_items{};
     std::unordered_map<CatalogId, std::vector<CatalogId>> m_subfolders{};
+    std::unordered_set<std::uint32_t> m_linkTargets{}; ///< numbers of the files that hard links may refer to
 };
 
 } // namespace

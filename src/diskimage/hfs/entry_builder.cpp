@@ -4,7 +4,6 @@
 #include "diskimage/hfs/format.h"
 #include "diskimage/hfs/volume_records.h"
 
-#include <charconv>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -16,6 +15,9 @@ namespace
 
 /// More than any real volume needs, and little enough for memory: forks of attributes may overlap in a hostile image.
 constexpr std::uint64_t attributeBytesLimit = 256 << 20;
+/// The same for attributes and extents in all entries: hard links repeat what they refer to, and a small volume can
+/// have many links to one file.
+constexpr std::uint64_t unfoldedBytesLimit = 512 << 20;
 constexpr std::uint64_t longestLinkRead = 4096;
 
 using Attributes = std::map<std::string, Bytes>;
@@ -156,12 +158,8 @@ private:
                 continue;
             }
             for (const auto target : stored->second) {
-                constexpr std::string_view prefix = "iNode";
-                const auto name = posixName(nameOf(target));
-                std::uint32_t number = 0;
-                if (name.compare(0, prefix.size(), prefix) == 0 &&
-                    std::from_chars(name.data() + prefix.size(), name.data() + name.size(), number).ec == std::errc{}) {
-                    m_linkTargets[number] = target;
+                if (const auto number = hardLinkNumber(nameOf(target))) {
+                    m_linkTargets[*number] = target;
                 }
             }
         }
@@ -179,6 +177,9 @@ private:
         entry.modified = unixFromDate(item.modifyDate);
         entry.finderInfo = item.finderInfo;
         if (const auto found = m_attributes.find(item.id); found != m_attributes.end()) {
+            for (const auto& [key, value] : found->second) {
+                spend(key.size() + value.size());
+            }
             entry.attributes = found->second;
         }
         if (item.isFolder) {
@@ -232,12 +233,21 @@ private:
         entry.id = link.id;
     }
 
+    void spend(std::uint64_t bytes)
+    {
+        if (bytes > unfoldedBytesLimit - m_unfoldedBytes) {
+            throw DiskImageError("The hard links on the volume repeat more than memory should hold.");
+        }
+        m_unfoldedBytes += bytes;
+    }
+
     void fillForks(Entry& entry, const CatalogItem& item)
     {
         const auto quoted = "\"" + entry.name + "\"";
         auto data = resolveFork(item.data, item.id, ForkType::data, m_records.overflow, m_records.header, quoted);
         auto resource =
             resolveFork(item.resource, item.id, ForkType::resource, m_records.overflow, m_records.header, quoted);
+        spend((data.size() + resource.size()) * sizeof(Extent));
         if (item.isSymlink()) {
             if (item.data.logicalSize > longestLinkRead) {
                 throw DiskImageError("The target of the link " + quoted + " is too long.");
@@ -287,6 +297,7 @@ private:
     std::unordered_map<CatalogId, std::vector<std::size_t>> m_children; ///< records by parent, in order
     std::unordered_map<std::uint32_t, std::size_t> m_linkTargets;       ///< records by link number
     std::unordered_set<CatalogId> m_foldersSeen;
+    std::uint64_t m_unfoldedBytes = 0;
 };
 
 } // namespace
