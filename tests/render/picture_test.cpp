@@ -320,6 +320,8 @@ protected:
                                                       QByteArray::fromStdString(entry) + "</dict></plist>");
         write("Larkspur.app/Contents/Resources/App.icns", icnsOf(quadrants()));
         write("Larkspur.app/outside.icns", icnsOf(quadrants()));
+        QFile::link(QString::fromStdString(write("beside.icns", icnsOf(quadrants()))),
+                    root + "/Contents/Resources/Leaving.icns");
         return root.toStdString();
     }
 };
@@ -342,6 +344,7 @@ TEST_F(PictureFiles, findsTheIconOfABundle)
         {"without its extension", "<key>CFBundleIconFile</key><string>App</string>", true},
         {"missing", "<key>CFBundleIconFile</key><string>Other</string>", false},
         {"outside", "<key>CFBundleIconFile</key><string>../../outside.icns</string>", false},
+        {"a link that leads out", "<key>CFBundleIconFile</key><string>Leaving</string>", false},
         {"the folder itself", "<key>CFBundleIconFile</key><string>..</string>", false},
         {"an absolute path", "<key>CFBundleIconFile</key><string>/dev/zero</string>", false},
         {"no text", "<key>CFBundleIconFile</key><integer>7</integer>", false},
