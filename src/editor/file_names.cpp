@@ -1,44 +1,14 @@
 #include "editor/file_names.h"
 
-#include <QString>
-#include <QTextBoundaryFinder>
+#include "pipeline/clean_name.h"
 
 namespace velmora
 {
-namespace
-{
-
-/// Volumes take 255 bytes or UTF-16 units a name; decomposed, what a person sees as one letter may become several.
-constexpr qsizetype longestStem = 180; ///< UTF-8 bytes
-
-/// The longest start that ends between two letters as a person sees them.
-QString shortened(const QString& name)
-{
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
-    qsizetype end = 0;
-    while (finder.toNextBoundary() != -1 && name.first(finder.position()).toUtf8().size() <= longestStem)
-        end = finder.position();
-    return name.first(end);
-}
-
-} // namespace
 
 std::string proposedFileName(std::string_view name, std::string_view extension)
 {
-    QString clean;
-    // No more than can be kept, so that an absurdly long name costs nothing.
-    for (const QChar c : QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())).left(2 * longestStem)) {
-        if (c == u'/' || c == u':')
-            clean += u'-';
-        else if (c.category() != QChar::Other_Control)
-            clean += c;
-    }
-    while (clean.startsWith(u'.') || (!clean.isEmpty() && clean.front().isSpace()))
-        clean.remove(0, 1);
-    clean = shortened(clean).trimmed();
-    if (clean.isEmpty())
-        clean = QStringLiteral("Untitled");
-    return clean.toStdString() + "." + std::string(extension);
+    const std::string clean = cleanName(name);
+    return (clean.empty() ? "Untitled" : clean) + "." + std::string(extension);
 }
 
 } // namespace velmora

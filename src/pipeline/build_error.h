@@ -11,7 +11,13 @@ class BuildError : public std::runtime_error
 {
 public:
     explicit BuildError(const std::string& text) : std::runtime_error(text), message(text) {}
+    /// A fault of one field of the project; the message is the field and the sentence.
+    BuildError(std::string key, const std::string& sentence) : BuildError(key + ": " + sentence)
+    {
+        field = std::move(key);
+    }
     std::string message;
+    std::string field{}; ///< the document's key ("items[2].x"), when it is about one
 };
 
 } // namespace velmora
