@@ -17,7 +17,6 @@ namespace
 
 namespace fs = std::filesystem;
 
-const std::string folderName = ".background";
 const std::string singleName = "background.png";
 const std::string doubleName = "background@2x.png";
 const std::string combinedName = "background.tiff";
@@ -31,16 +30,16 @@ std::string_view view(const QByteArray& bytes)
 /// that name makes way.
 fs::path backgroundFolder(BuildRun& run, StageFolder& stage)
 {
-    if (const auto entry = stage.find(folderName)) {
+    if (const auto entry = stage.find(backgroundFolderName)) {
         const fs::path path = stage.path() / *entry;
         if (fs::is_directory(fs::symlink_status(path))) {
             run.warnAloud("The entry “" + *entry + "” also receives the background of the window.");
-            fs::rename(path, stage.path() / folderName);
-            return stage.path() / folderName;
+            fs::rename(path, stage.path() / backgroundFolderName);
+            return stage.path() / backgroundFolderName;
         }
         run.warnAloud("The entry “" + *entry + "” is replaced by the folder with the background of the window.");
     }
-    const fs::path path = stage.place(folderName);
+    const fs::path path = stage.place(backgroundFolderName);
     fs::create_directory(path);
     fs::permissions(path, stagedFolderMode);
     return path;

@@ -2,26 +2,40 @@
 
 namespace velmora
 {
+namespace
+{
+
+struct StepNames {
+    BuildStep step;
+    std::string_view display;
+    std::string_view identifier;
+};
+constexpr StepNames names[] = {
+    {BuildStep::staging, "Collecting files", "staging"}, {BuildStep::background, "Drawing background", "background"},
+    {BuildStep::create, "Creating image", "create"},     {BuildStep::layout, "Laying out window", "layout"},
+    {BuildStep::detach, "Detaching image", "detach"},    {BuildStep::convert, "Converting image", "convert"},
+    {BuildStep::sign, "Signing image", "sign"},
+};
+
+StepNames namesOf(BuildStep step)
+{
+    for (const StepNames& row : names) {
+        if (row.step == step)
+            return row;
+    }
+    return {};
+}
+
+} // namespace
 
 std::string_view displayName(BuildStep step)
 {
-    switch (step) {
-    case BuildStep::staging:
-        return "Collecting files";
-    case BuildStep::background:
-        return "Drawing background";
-    case BuildStep::create:
-        return "Creating image";
-    case BuildStep::layout:
-        return "Laying out window";
-    case BuildStep::detach:
-        return "Detaching image";
-    case BuildStep::convert:
-        return "Converting image";
-    case BuildStep::sign:
-        return "Signing image";
-    }
-    return {};
+    return namesOf(step).display;
+}
+
+std::string_view identifier(BuildStep step)
+{
+    return namesOf(step).identifier;
 }
 
 } // namespace velmora

@@ -14,5 +14,7 @@ using StepCallback = std::function<void(BuildStep step, double fraction)>;
 
 /// The name of a step for a person ("Creating image").
 std::string_view displayName(BuildStep step);
+/// The name of a step for a program ("create").
+std::string_view identifier(BuildStep step);
 
 } // namespace velmora

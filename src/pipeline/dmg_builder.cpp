@@ -3,7 +3,9 @@
 #include "pipeline/attach.h"
 #include "pipeline/background_staging.h"
 #include "pipeline/build_run.h"
+#include "pipeline/credentials.h"
 #include "pipeline/finder_layout.h"
+#include "pipeline/image_commands.h"
 #include "pipeline/image_size.h"
 #include "pipeline/scratch_folder.h"
 #include "pipeline/signing.h"
@@ -37,12 +39,16 @@ void createImage(BuildRun& run, const DMGProject& project, const fs::path& stage
                  const fs::path& image)
 {
     run.say("Creating read/write image (" + std::to_string(sizeMB) + " MB)…");
-    const ShellResult result =
-        run.tool("/usr/bin/hdiutil", {"create", "-srcfolder", stage.string(), "-volname", project.volumeName, "-fs",
-                                      std::string(hdiutilName(project.filesystem)), "-fsargs", "-c c=64,a=16,e=16",
-                                      "-format", "UDRW", "-size", std::to_string(sizeMB) + "m", image.string()});
+    const ShellResult result = run.tool("/usr/bin/hdiutil", createArguments(project, stage, sizeMB, image));
     if (!result.ok())
         throw BuildError("hdiutil create failed:\n" + result.stdErr);
+}
+
+std::int64_t sizeOf(const fs::path& file)
+{
+    std::error_code error;
+    const auto size = fs::file_size(file, error);
+    return error ? 0 : static_cast<std::int64_t>(size);
 }
 
 void settle(const BuildRun& run)
@@ -88,18 +94,12 @@ void convertImage(BuildRun& run, const DMGProject& project, const fs::path& imag
 {
     run.say("Converting to " + std::string(displayName(project.format)) + "…");
     removeEarlierImage(output);
-    std::vector<std::string> arguments = {"convert", image.string(), "-format", std::string(rawValue(project.format)),
-                                          "-o",      output.string()};
-    if (project.format == DMGFormat::compressed)
-        arguments.insert(arguments.end(), {"-imagekey", "zlib-level=9"});
+    throwIf(missingPassword(project));
     std::optional<std::string> password;
-    if (const auto encryption = hdiutilValue(project.encryption)) {
-        if (project.encryptionPassword.empty())
-            throw BuildError("Encryption is enabled but no password was set (Volume tab).");
-        arguments.insert(arguments.end(), {"-encryption", std::string(*encryption), "-stdinpass"});
+    if (project.encryption != ImageEncryption::none)
         password = project.encryptionPassword;
-    }
-    const ShellResult result = run.tool("/usr/bin/hdiutil", arguments, Echo::logged, password);
+    const ShellResult result =
+        run.tool("/usr/bin/hdiutil", convertArguments(project, image, output), Echo::logged, password);
     if (!result.ok())
         throw BuildError("hdiutil convert failed:\n" + result.stdErr);
 }
@@ -107,11 +107,11 @@ void convertImage(BuildRun& run, const DMGProject& project, const fs::path& imag
 void enableInternet(BuildRun& run, const fs::path& output)
 {
     run.say("Enabling internet-enable flag…");
-    run.warnUnlessOk(run.tool("/usr/bin/hdiutil", {"internet-enable", "-yes", output.string()}),
+    run.warnUnlessOk(run.tool("/usr/bin/hdiutil", internetEnableArguments(output)),
                      "The image could not be marked as internet-enabled");
 }
 
-void buildImage(BuildRun& run, const DMGProject& project, const fs::path& output)
+void buildImage(BuildRun& run, const DMGProject& project, const fs::path& output, BuildFigures& figures)
 {
     const BuildEnvironment& environment = run.environment();
     run.report(BuildStep::staging, 0);
@@ -126,7 +126,10 @@ void buildImage(BuildRun& run, const DMGProject& project, const fs::path& output
     const std::optional<std::string> backgroundName = stageBackground(run, project, stage);
     run.report(BuildStep::create, 0.2);
     const fs::path image = scratch.path() / "temp.dmg";
-    createImage(run, project, stage.path(), chooseImageSize(run, project, stage.path()), image);
+    const ImageSize size = chooseImageSize(run, project, stage.path());
+    figures.contentBytes = size.contentKilobytes * 1024;
+    createImage(run, project, stage.path(), size.megabytes, image);
+    figures.imageBytes = sizeOf(image);
     run.report(BuildStep::layout, 0.4);
     dressImage(run, project, image, backgroundName);
     run.report(BuildStep::convert, 0.6);
@@ -150,9 +153,10 @@ DMGBuilder::DMGBuilder(LogCallback log, BuildEnvironment environment, StepCallba
 void DMGBuilder::build(const DMGProject& project, const fs::path& output)
 {
     m_warnings.clear();
+    m_figures = {};
     BuildRun run(m_log, m_environment, m_step, m_warnings);
     try {
-        buildImage(run, project, fs::absolute(output));
+        buildImage(run, project, fs::absolute(output), m_figures);
     } catch (...) {
         run.checkStop(); // a tool or a copy that was ended by the stop failed in its own words
         throw;

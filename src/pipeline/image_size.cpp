@@ -27,17 +27,18 @@ std::int64_t imageSizeMB(std::int64_t kilobytes)
     return std::max<std::int64_t>(megabytes, 32);
 }
 
-std::int64_t chooseImageSize(BuildRun& run, const DMGProject& project, const std::filesystem::path& stage)
+ImageSize chooseImageSize(BuildRun& run, const DMGProject& project, const std::filesystem::path& stage)
 {
     const ShellResult usage = run.tool("/usr/bin/du", {"-sk", stage.string()}, Echo::silent);
     run.warnUnlessOk(usage, "The size of the content could not be measured");
-    const std::int64_t needed = imageSizeMB(parseKilobytes(usage.stdOut));
+    const std::int64_t content = parseKilobytes(usage.stdOut);
+    const std::int64_t needed = imageSizeMB(content);
     if (project.imageSizeAutomatic)
-        return needed;
+        return {content, needed};
     const std::int64_t size = std::max(needed, project.manualSizeMB);
     run.say("Manual image size requested: " + std::to_string(project.manualSizeMB) + " MB (using " +
             std::to_string(size) + " MB).");
-    return size;
+    return {content, size};
 }
 
 } // namespace velmora

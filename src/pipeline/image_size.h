@@ -19,8 +19,13 @@ std::int64_t parseKilobytes(std::string_view output);
 /// The image's size in megabytes for so many kilobytes of content: room for 40 % more and 25 MB, at least 32 MB.
 std::int64_t imageSizeMB(std::int64_t kilobytes);
 
-/// Measures the staged content and returns the size of the image in megabytes, at least the one that the project asks
-/// for.
-std::int64_t chooseImageSize(BuildRun& run, const DMGProject& project, const std::filesystem::path& stage);
+/// How large the image becomes, and because of how much.
+struct ImageSize {
+    std::int64_t contentKilobytes = 0;
+    std::int64_t megabytes = 0;
+};
+
+/// Measures the staged content and chooses the size of the image, at least the one that the project asks for.
+ImageSize chooseImageSize(BuildRun& run, const DMGProject& project, const std::filesystem::path& stage);
 
 } // namespace velmora

@@ -47,14 +47,19 @@ void stageItems(BuildRun& run, const DMGProject& project, StageFolder& stage)
     }
 }
 
+bool hasLicense(const DMGProject& project)
+{
+    return project.licenseEnabled && !trimmed(project.licenseText).empty();
+}
+
 void stageLicense(BuildRun& run, const DMGProject& project, StageFolder& stage)
 {
-    if (!project.licenseEnabled || trimmed(project.licenseText).empty())
+    if (!hasLicense(project))
         return;
     run.say("Adding LICENSE.txt…");
-    if (const auto entry = stage.find("LICENSE.txt"))
+    if (const auto entry = stage.find(licenseFileName))
         run.warnAloud("The entry “" + *entry + "” is replaced by the licence agreement.");
-    stage.write("LICENSE.txt", project.licenseText);
+    stage.write(licenseFileName, project.licenseText);
 }
 
 } // namespace velmora

@@ -11,7 +11,13 @@ namespace velmora
 /// stays. Throws FileError naming the file.
 void stageItems(BuildRun& run, const DMGProject& project, StageFolder& stage);
 
-/// Writes the licence agreement, when the project has one, as "LICENSE.txt". Throws FileError.
+/// The name of the licence agreement in the volume.
+inline constexpr const char* licenseFileName = "LICENSE.txt";
+
+/// Whether the project has a licence agreement to put into the volume: one that is enabled and not blank.
+bool hasLicense(const DMGProject& project);
+
+/// Writes the licence agreement, when the project has one, as `licenseFileName`. Throws FileError.
 void stageLicense(BuildRun& run, const DMGProject& project, StageFolder& stage);
 
 } // namespace velmora

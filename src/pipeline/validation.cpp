@@ -3,7 +3,6 @@
 #include "diskimage/base/error.h"
 #include "diskimage/hfs/names.h"
 #include "pipeline/background_staging.h"
-#include "pipeline/build_error.h"
 #include "pipeline/image_size.h"
 #include "pipeline/layout_script.h"
 #include "pipeline/text.h"
@@ -20,75 +19,68 @@ namespace
 
 namespace fs = std::filesystem;
 
-bool isReal(const DMGItem& item)
-{
-    return !item.isSymlink() && !item.hidden;
-}
-
-std::string element(const char* list, std::size_t index)
-{
-    return std::string(list) + "[" + std::to_string(index) + "].";
-}
-
-void checkContent(const DMGProject& project)
+void checkContent(const DMGProject& project, Problems& problems)
 {
     if (trimmedBlanks(project.volumeName).empty())
-        throw BuildError("Volume name cannot be empty.");
+        problems.push_back({Severity::error, "volumeName", "Volume name cannot be empty."});
     if (std::none_of(project.items.begin(), project.items.end(), isReal))
-        throw BuildError("Add at least one file or folder before building.");
-    for (const DMGItem& item : project.items) {
+        problems.push_back({Severity::error, "items", "Add at least one file or folder before building."});
+    for (std::size_t i = 0; i < project.items.size(); ++i) {
+        const DMGItem& item = project.items[i];
         std::error_code ignored;
         if (isReal(item) && !fs::exists(item.sourcePath, ignored))
-            throw BuildError("Missing source file:\n" + item.sourcePath);
+            problems.push_back(
+                {Severity::error, elementField("items", i, "sourcePath"), "Missing source file:\n" + item.sourcePath});
     }
 }
 
 /// Everything else at the output path is none of ours to remove.
-void checkOutput(const DMGProject& project, const fs::path& output)
+void checkOutput(const DMGProject& project, const fs::path& output, Problems& problems)
 {
+    const auto report = [&](const std::string& message) { problems.push_back({Severity::error, "output", message}); };
     const std::string quoted = "“" + output.string() + "”";
     if (!output.has_filename())
-        throw BuildError("The image's path " + quoted + " has no file name.");
+        report("The image's path " + quoted + " has no file name.");
     std::error_code ignored;
     const fs::file_type type = fs::symlink_status(output, ignored).type();
     if (type == fs::file_type::directory)
-        throw BuildError("The image cannot be written to " + quoted + ": that is a folder.");
-    if (fs::exists(fs::file_status(type)) && type != fs::file_type::regular && type != fs::file_type::symlink)
-        throw BuildError("The image cannot be written to " + quoted + ": that is not a file.");
+        report("The image cannot be written to " + quoted + ": that is a folder.");
+    else if (fs::exists(fs::file_status(type)) && type != fs::file_type::regular && type != fs::file_type::symlink)
+        report("The image cannot be written to " + quoted + ": that is not a file.");
     for (const DMGItem& item : project.items) {
         if (isReal(item) && fs::equivalent(item.sourcePath, output, ignored))
-            throw BuildError("The image would replace " + quoted + ", which is to be put into it.");
+            report("The image would replace " + quoted + ", which is to be put into it.");
     }
 }
 
 /// NUL ends an argument or a path early: what was checked would not be what is used.
-void checkText(const std::string& text, const std::string& field)
+void requireText(const std::string& text, const std::string& field)
 {
     if (text.find('\0') != std::string::npos)
-        throw BuildError(field + ": the text holds a NUL character.");
+        throw BuildError(field, "the text holds a NUL character.");
     if (!isUtf8(text))
-        throw BuildError(field + ": the text is not valid UTF-8.");
+        throw BuildError(field, "the text is not valid UTF-8.");
 }
 
 /// The name in UTF-16 as a volume holds it.
-std::u16string checkName(const std::string& name, const std::string& field)
+std::u16string requireName(const std::string& name, const std::string& field)
 {
-    checkText(name, field);
+    requireText(name, field);
     try {
         return diskimage::hfs::storedName(name);
     } catch (const diskimage::DiskImageError& error) {
-        throw BuildError(field + ": " + error.what());
+        throw BuildError(field, error.what());
     }
 }
 
-void checkVolumeName(const std::string& name)
+void requireVolumeName(const std::string& name)
 {
-    const std::u16string stored = checkName(name, "volumeName");
+    const std::u16string stored = requireName(name, "volumeName");
     const auto isControl = [](char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); };
     if (std::any_of(stored.begin(), stored.end(), isControl))
-        throw BuildError("volumeName: the name holds a control character.");
+        throw BuildError("volumeName", "the name holds a control character.");
     if (name.find(':') != std::string::npos)
-        throw BuildError("volumeName: a volume name cannot hold “:”.");
+        throw BuildError("volumeName", "a volume name cannot hold “:”.");
 }
 
 bool contains(const fs::path& folder, const fs::path& path)
@@ -97,7 +89,17 @@ bool contains(const fs::path& folder, const fs::path& path)
            std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
 
-void checkItems(const DMGProject& project, const fs::path& temporaryFolder)
+void requireUsableSource(const DMGItem& item, const std::string& field, const fs::path& workplace)
+{
+    requireText(item.sourcePath, field);
+    std::error_code ignored;
+    if (fs::is_directory(fs::symlink_status(item.sourcePath, ignored)) &&
+        contains(fs::canonical(item.sourcePath, ignored), workplace))
+        throw BuildError(field, "the folder “" + item.sourcePath +
+                                    "” cannot be copied, because the image is put together inside it.");
+}
+
+void checkItems(const DMGProject& project, const fs::path& temporaryFolder, Problems& problems)
 {
     std::error_code ignored;
     const fs::path workplace = fs::weakly_canonical(temporaryFolder, ignored);
@@ -105,106 +107,151 @@ void checkItems(const DMGProject& project, const fs::path& temporaryFolder)
         const DMGItem& item = project.items[i];
         if (item.hidden)
             continue;
-        const std::string field = element("items", i);
-        checkName(item.displayName, field + "displayName");
-        checkText(item.symlinkTarget, field + "symlinkTarget");
-        if (item.isSymlink())
-            continue;
-        checkText(item.sourcePath, field + "sourcePath");
-        if (fs::is_directory(fs::symlink_status(item.sourcePath, ignored)) &&
-            contains(fs::canonical(item.sourcePath, ignored), workplace))
-            throw BuildError(field + "sourcePath: the folder “" + item.sourcePath +
-                             "” cannot be copied, because the image is put together inside it.");
+        collect(problems, [&] { requireName(item.displayName, elementField("items", i, "displayName")); });
+        collect(problems, [&] { requireText(item.symlinkTarget, elementField("items", i, "symlinkTarget")); });
+        if (!item.isSymlink())
+            collect(problems, [&] { requireUsableSource(item, elementField("items", i, "sourcePath"), workplace); });
     }
 }
 
-void checkTexts(const DMGProject& project)
+void checkTexts(const DMGProject& project, Problems& problems)
 {
-    checkText(project.backgroundImagePath, "backgroundImagePath");
-    checkText(project.volumeIconPath, "volumeIconPath");
-    checkText(project.codeSignIdentity, "codeSignIdentity");
-    checkText(project.notaryProfile, "notaryProfile");
+    collect(problems, [&] { requireText(project.backgroundImagePath, "backgroundImagePath"); });
+    collect(problems, [&] { requireText(project.volumeIconPath, "volumeIconPath"); });
+    collect(problems, [&] { requireText(project.codeSignIdentity, "codeSignIdentity"); });
+    collect(problems, [&] { requireText(project.notaryProfile, "notaryProfile"); });
 }
 
-void checkColor(const CodableColor& color, const std::string& field)
+struct Number {
+    std::string field{};
+    double value = 0;
+};
+
+/// Every number that the window's layout is made of; the script itself is asked for what their sums do.
+void checkLayout(const DMGProject& project, Problems& problems)
+{
+    const std::size_t before = problems.size();
+    const auto check = [&problems](const Number& number) {
+        collect(problems, [&] { wholeNumber(number.value, number.field); });
+    };
+    for (const Number& number :
+         {Number{"windowLeft", project.windowLeft}, Number{"windowTop", project.windowTop},
+          Number{"windowWidth", project.windowWidth}, Number{"windowHeight", project.windowHeight},
+          Number{"iconSize", project.iconSize}, Number{"textSize", project.textSize}})
+        check(number);
+    for (std::size_t i = 0; i < project.items.size(); ++i) {
+        if (project.items[i].hidden)
+            continue;
+        check({elementField("items", i, "x"), project.items[i].x});
+        check({elementField("items", i, "y"), project.items[i].y});
+    }
+    if (problems.size() == before)
+        collect(problems, [&] { layoutScript(project, project.volumeName, {}); });
+}
+
+void requireColor(const CodableColor& color, const std::string& field)
 {
     for (const double component : {color.r, color.g, color.b, color.a})
         requireFinite(component, field);
 }
 
-void checkOverlays(const DMGProject& project)
+void checkOverlays(const DMGProject& project, Problems& problems)
 {
-    struct Number {
-        const char* name;
-        double value;
-    };
-    const auto require = [](const std::string& prefix, std::initializer_list<Number> numbers) {
+    const auto check = [&problems](const char* list, std::size_t index, std::initializer_list<Number> numbers) {
         for (const Number& number : numbers)
-            requireFinite(number.value, prefix + number.name);
+            collect(problems, [&] { requireFinite(number.value, elementField(list, index, number.field)); });
     };
     for (std::size_t i = 0; i < project.overlayImages.size(); ++i) {
         const DMGOverlayImage& o = project.overlayImages[i];
-        require(element("overlayImages", i), {{"x", o.x}, {"y", o.y}, {"width", o.width}, {"height", o.height}});
+        check("overlayImages", i, {{"x", o.x}, {"y", o.y}, {"width", o.width}, {"height", o.height}});
     }
     for (std::size_t i = 0; i < project.textOverlays.size(); ++i) {
         const DMGTextOverlay& t = project.textOverlays[i];
-        const std::string prefix = element("textOverlays", i);
-        require(prefix, {{"fontSize", t.fontSize},
-                         {"shadowAngle", t.shadowAngle},
-                         {"shadowOffset", t.shadowOffset},
-                         {"shadowBlur", t.shadowBlur},
-                         {"shadowOpacity", t.shadowOpacity},
-                         {"x", t.x},
-                         {"y", t.y},
-                         {"width", t.width},
-                         {"height", t.height}});
-        checkColor(t.color, prefix + "color");
-        checkColor(t.shadowColor, prefix + "shadowColor");
+        check("textOverlays", i,
+              {{"fontSize", t.fontSize},
+               {"shadowAngle", t.shadowAngle},
+               {"shadowOffset", t.shadowOffset},
+               {"shadowBlur", t.shadowBlur},
+               {"shadowOpacity", t.shadowOpacity},
+               {"x", t.x},
+               {"y", t.y},
+               {"width", t.width},
+               {"height", t.height}});
+        collect(problems, [&] { requireColor(t.color, elementField("textOverlays", i, "color")); });
+        collect(problems, [&] { requireColor(t.shadowColor, elementField("textOverlays", i, "shadowColor")); });
     }
 }
 
-void checkBackground(const DMGProject& project)
+void requireDrawableSide(double points, const std::string& field)
 {
-    requireFinite(project.gradientAngle, "gradientAngle");
-    requireFinite(project.backgroundImageScale, "backgroundImageScale");
-    requireFinite(project.backgroundImageOffsetX, "backgroundImageOffsetX");
-    requireFinite(project.backgroundImageOffsetY, "backgroundImageOffsetY");
-    checkColor(project.backgroundColor, "backgroundColor");
-    checkColor(project.gradientStart, "gradientStart");
-    checkColor(project.gradientEnd, "gradientEnd");
-    if (!drawsBackground(project))
-        return;
-    const auto checkSide = [](double points, const std::string& field) {
-        const int side = wholeNumber(points, field);
-        if (side < 1)
-            throw BuildError(field + ": the window is too small to have a content area.");
-        if (side > std::numeric_limits<int>::max() / 2) // the picture is drawn at twice the size too
-            throw BuildError(field + ": the value is too large.");
-    };
-    checkSide(project.contentSize().width, "windowWidth");
-    checkSide(project.contentSize().height, "windowHeight");
+    const int side = wholeNumber(points, field);
+    if (side < 1)
+        throw BuildError(field, "the window is too small to have a content area.");
+    if (side > std::numeric_limits<int>::max() / 2) // the picture is drawn at twice the size too
+        throw BuildError(field, "the value is too large.");
 }
 
-void checkImageSize(const DMGProject& project)
+void checkBackground(const DMGProject& project, Problems& problems)
+{
+    for (const Number& number :
+         {Number{"gradientAngle", project.gradientAngle}, Number{"backgroundImageScale", project.backgroundImageScale},
+          Number{"backgroundImageOffsetX", project.backgroundImageOffsetX},
+          Number{"backgroundImageOffsetY", project.backgroundImageOffsetY}})
+        collect(problems, [&] { requireFinite(number.value, number.field); });
+    collect(problems, [&] { requireColor(project.backgroundColor, "backgroundColor"); });
+    collect(problems, [&] { requireColor(project.gradientStart, "gradientStart"); });
+    collect(problems, [&] { requireColor(project.gradientEnd, "gradientEnd"); });
+    if (!drawsBackground(project))
+        return;
+    collect(problems, [&] { requireDrawableSide(project.contentSize().width, "windowWidth"); });
+    collect(problems, [&] { requireDrawableSide(project.contentSize().height, "windowHeight"); });
+}
+
+void checkImageSize(const DMGProject& project, Problems& problems)
 {
     if (!project.imageSizeAutomatic && (project.manualSizeMB < 1 || project.manualSizeMB > maximumImageSizeMB))
-        throw BuildError("manualSizeMB: the image size " + std::to_string(project.manualSizeMB) +
-                         " MB is not between 1 and " + std::to_string(maximumImageSizeMB) + ".");
+        problems.push_back(errorIn("manualSizeMB", "the image size " + std::to_string(project.manualSizeMB) +
+                                                       " MB is not between 1 and " +
+                                                       std::to_string(maximumImageSizeMB) + "."));
 }
 
 } // namespace
 
+bool isReal(const DMGItem& item)
+{
+    return !item.isSymlink() && !item.hidden;
+}
+
+Problems numberObstacles(const DMGProject& project)
+{
+    Problems problems;
+    checkLayout(project, problems);
+    checkBackground(project, problems);
+    checkOverlays(project, problems);
+    return problems;
+}
+
+Problems buildObstacles(const DMGProject& project, const std::optional<fs::path>& output,
+                        const fs::path& temporaryFolder)
+{
+    Problems problems;
+    checkContent(project, problems);
+    if (output)
+        checkOutput(project, *output, problems);
+    if (!trimmedBlanks(project.volumeName).empty())
+        collect(problems, [&] { requireVolumeName(project.volumeName); });
+    checkItems(project, temporaryFolder, problems);
+    checkTexts(project, problems);
+    const Problems numbers = numberObstacles(project);
+    problems.insert(problems.end(), numbers.begin(), numbers.end());
+    checkImageSize(project, problems);
+    return problems;
+}
+
 void validate(const DMGProject& project, const fs::path& output, const fs::path& temporaryFolder)
 {
-    checkContent(project);
-    checkOutput(project, output);
-    checkVolumeName(project.volumeName);
-    checkItems(project, temporaryFolder);
-    checkTexts(project);
-    layoutScript(project, project.volumeName, {}); // refuses what the script cannot say
-    checkBackground(project);
-    checkOverlays(project);
-    checkImageSize(project);
+    if (const Problems problems = buildObstacles(project, output, temporaryFolder); !problems.empty())
+        throw BuildError(problems.front().message);
 }
 
 } // namespace velmora

@@ -23,16 +23,37 @@ bool isIconFile(const std::string& path)
     return QString::fromStdString(fs::path(path).extension().string()).toLower() == ".icns";
 }
 
-void copyIcon(BuildRun& run, const std::string& source, const fs::path& destination)
+std::string readIconFile(const std::string& source)
 {
     std::error_code ignored;
     if (!fs::is_regular_file(source, ignored)) // a pipe would never end
         throw FileError("“" + source + "” is not a file.");
+    return readFile(source, maximumIconSize);
+}
+
+bool looksLikeIconFile(const std::string& bytes)
+{
+    return bytes.starts_with("icns");
+}
+
+std::string unlikeIconFile(const std::string& source)
+{
+    return "The volume icon “" + source + "” does not look like an icon file.";
+}
+
+std::string unreadablePicture(const std::string& source)
+{
+    return "The volume icon “" + source + "” is not a picture that can be read.";
+}
+
+void copyIcon(BuildRun& run, const std::string& source, const fs::path& destination)
+{
+    const std::string icon = readIconFile(source);
+    std::error_code ignored;
     if (fs::exists(fs::symlink_status(destination, ignored)))
         throw FileError("the volume has an entry of that name already.");
-    const std::string icon = readFile(source, maximumIconSize);
-    if (!icon.starts_with("icns"))
-        run.warn("The volume icon “" + source + "” does not look like an icon file.");
+    if (!looksLikeIconFile(icon))
+        run.warn(unlikeIconFile(source));
     writeFile(destination, icon);
 }
 
@@ -48,10 +69,22 @@ void placeIcon(BuildRun& run, const std::string& picturePath, const std::string&
     else if (const PicturePtr picture = readPicture(QString::fromStdString(picturePath)))
         IconMaker::writeICNS(run, *picture, destination);
     else
-        run.warn("The volume icon “" + picturePath + "” is not a picture that can be read.");
+        run.warn(unreadablePicture(picturePath));
 }
 
 } // namespace
+
+std::optional<std::string> volumeIconFault(const std::string& picturePath)
+{
+    if (!isIconFile(picturePath))
+        return readPicture(QString::fromStdString(picturePath)) ? std::nullopt
+                                                                : std::optional(unreadablePicture(picturePath));
+    try {
+        return looksLikeIconFile(readIconFile(picturePath)) ? std::nullopt : std::optional(unlikeIconFile(picturePath));
+    } catch (const FileError& error) {
+        return std::string("The volume icon could not be set: ") + error.what();
+    }
+}
 
 void setVolumeIcon(BuildRun& run, const std::string& picturePath, const std::string& mountPoint)
 {
