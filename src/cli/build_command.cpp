@@ -1,20 +1,25 @@
 #include "cli/build_command.h"
 
+#include "cli/build_report.h"
+#include "cli/check_command.h"
+#include "cli/file_digest.h"
 #include "cli/image_check.h"
+#include "cli/new_document.h"
 #include "cli/output_place.h"
-#include "cli/path_mapping.h"
 #include "cli/progress_line.h"
+#include "cli/requested_project.h"
+#include "cli/surroundings.h"
+#include "cli/usage_error.h"
 #include "model/document.h"
 #include "pipeline/dmg_builder.h"
 #include "platform/file_tree.h"
-#include "platform/folders.h"
+#include "platform/signals.h"
 #include "platform/terminal.h"
-#include "render/built_in_arrows.h"
-#include "render/overlay_images.h"
 
 #include <fstream>
+#include <functional>
 #include <iostream>
-#include <iterator>
+#include <system_error>
 
 namespace velmora::cli
 {
@@ -22,34 +27,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-
-/// A password of any use is far shorter; what is longer is another file by mistake.
-constexpr std::size_t passwordLimit = 4096;
-
-std::string readPassword()
-{
-    std::string text;
-    std::getline(std::cin, text);
-    if (!text.empty() && text.back() == '\r')
-        text.pop_back();
-    if (text.empty())
-        throw BuildError("--password-stdin was given, but standard input holds no password");
-    if (text.size() > passwordLimit)
-        throw BuildError("The password on standard input is longer than " + std::to_string(passwordLimit) + " bytes");
-    return text;
-}
-
-DMGProject loadProject(const BuildOptions& options)
-{
-    const fs::path document = fs::absolute(options.project);
-    DMGProject project = Document::decode(readFile(document, Document::maximumSize));
-    mapProjectPaths(project, document.parent_path(), options.maps);
-    if (options.volumeName)
-        project.volumeName = *options.volumeName;
-    if (options.passwordFromInput)
-        project.encryptionPassword = readPassword();
-    return project;
-}
 
 /// The log's file, when one was asked for. A log that cannot be written fails the build before it begins.
 std::ofstream openLog(const std::optional<std::string>& path)
@@ -69,60 +46,142 @@ void printWarnings(const std::vector<std::string>& warnings)
         std::cerr << "warning: " << warning << '\n';
 }
 
-int build(const BuildOptions& options, const StopToken& stop)
+/// Reads the finished image back; a strict build fails of any difference and of any warning.
+void checkStrictly(const fs::path& image, const DMGProject& project, BuildReport& report)
 {
-    const DMGProject project = loadProject(options);
+    report.times.begin("check");
+    report.faults = checkBuiltImage(image, project);
+    for (const std::string& fault : report.faults)
+        std::cerr << "error: " << fault << '\n';
+    if (!report.faults.empty() || !report.warnings.empty())
+        throw BuildError("The image is not what the project asks for; nothing was written (--strict)");
+}
+
+void buildImage(const BuildOptions& options, const DMGProject& project, BuildEnvironment environment,
+                BuildReport& report)
+{
     std::ofstream logFile = openLog(options.logFile);
     OutputPlace place(options.output);
-
-    OverlayImageCache cache;
-    const BuiltInArrowLibrary arrows({.resources = Folders::resources(),
-                                      .applicationSupport = Folders::applicationSupport(),
-                                      .temporary = Folders::temporary()},
-                                     cache);
     ProgressLine progress(!options.quiet, !options.quiet && Terminal::isInteractive());
     const auto log = [&](const std::string& line) {
         progress.log(line);
         if (logFile.is_open())
             logFile << line << std::endl;
     };
-    DMGBuilder builder(log, BuildEnvironment::system(arrows, cache, stop),
-                       [&](BuildStep step, double fraction) { progress.step(step, fraction); });
+    DMGBuilder builder(log, std::move(environment), [&](BuildStep step, double fraction) {
+        progress.step(step, fraction);
+        report.times.begin(std::string(identifier(step)));
+    });
+    const auto takeAccount = [&] {
+        progress.finish();
+        report.times.end();
+        report.warnings.insert(report.warnings.end(), builder.warnings().begin(), builder.warnings().end());
+        printWarnings(report.warnings);
+        const BuildFigures& figures = builder.figures();
+        if (figures.contentBytes > 0)
+            report.contentBytes = figures.contentBytes;
+        if (figures.imageBytes > 0)
+            report.imageBytes = figures.imageBytes;
+    };
     try {
         builder.build(project, place.buildPath());
     } catch (...) {
-        progress.finish();
-        printWarnings(builder.warnings());
+        takeAccount();
         throw;
     }
-
-    std::vector<std::string> faults;
+    takeAccount();
     if (options.strict)
-        faults = checkBuiltImage(place.buildPath(), project);
-    progress.finish();
-    printWarnings(builder.warnings());
-    for (const std::string& fault : faults)
-        std::cerr << "error: " << fault << '\n';
-    if (options.strict && (!faults.empty() || !builder.warnings().empty()))
-        throw BuildError("The image is not what the project asks for; nothing was written (--strict)");
+        checkStrictly(place.buildPath(), project, report);
     place.commit();
-    if (!options.quiet)
-        std::cout << "Wrote " << options.output << " (" << fs::file_size(options.output) << " bytes)" << std::endl;
-    return 0;
+    report.times.end();
+}
+
+/// Measures the image in its place, for the report.
+void measureOutput(const std::string& output, BuildReport& report)
+{
+    report.times.begin("digest");
+    report.outputBytes = static_cast<std::int64_t>(fs::file_size(output));
+    report.sha256 = sha256(output);
+    report.times.end();
+}
+
+void build(const BuildOptions& options, const StopToken& stop, BuildReport& report)
+{
+    Surroundings surroundings;
+    const RequestedProject requested =
+        loadRequestedProject(options, [&](std::string_view id) { return surroundings.arrowFile(id); });
+    const DMGProject& project = requested.project;
+    report.volumeName = project.volumeName;
+    report.format = std::string(rawValue(project.format));
+    report.warnings = requested.warnings;
+    if (options.initDocument)
+        requireNewDocument(*options.initDocument);
+
+    if (options.output.empty()) {
+        printWarnings(requested.warnings);
+    } else {
+        buildImage(options, project, surroundings.environment(stop), report);
+        if (options.report)
+            measureOutput(options.output, report);
+        if (!options.quiet)
+            std::cout << "Wrote " << options.output << " (" << fs::file_size(options.output) << " bytes)" << std::endl;
+    }
+    if (options.initDocument) {
+        writeNewDocument(*options.initDocument, project);
+        if (!options.quiet)
+            std::cout << "Wrote " << *options.initDocument << std::endl;
+    }
+}
+
+/// Runs what may throw, prints why it failed and returns the exit status.
+int guarded(const BuildOptions& options, std::optional<std::string>& failure, const std::function<int()>& body)
+{
+    int status = 1;
+    try {
+        return body();
+    } catch (const UsageError& error) {
+        failure = error.what();
+        status = 2;
+    } catch (const DocumentError& error) {
+        failure = options.project + ": " + error.what();
+    } catch (const std::exception& error) {
+        failure = error.what();
+    }
+    std::cerr << "velmora-build: " << *failure << '\n';
+    const int signal = lastStopSignal();
+    return signal == 0 ? status : 128 + signal;
+}
+
+/// Builds with a report: one that says "running" from the start, so that nobody takes an older one for this build's.
+int buildWithReport(const BuildOptions& options, const StopToken& stop)
+{
+    BuildReport report{.project = fs::absolute(options.project).string(),
+                       .output = fs::absolute(options.output).string()};
+    if (*options.report != "-")
+        writeReport(report, *options.report);
+    report.exitStatus = guarded(options, report.error, [&] {
+        build(options, stop, report);
+        return 0;
+    });
+    report.times.end();
+    writeReport(report, *options.report);
+    return *report.exitStatus;
 }
 
 } // namespace
 
 int runBuild(const BuildOptions& options, const StopToken& stop)
 {
-    try {
-        return build(options, stop);
-    } catch (const DocumentError& error) {
-        std::cerr << "velmora-build: " << options.project << ": " << error.what() << '\n';
-    } catch (const std::exception& error) {
-        std::cerr << "velmora-build: " << error.what() << '\n';
-    }
-    return 1;
+    std::optional<std::string> failure;
+    return guarded(options, failure, [&] {
+        if (options.check)
+            return runCheck(options, stop);
+        if (options.report)
+            return buildWithReport(options, stop);
+        BuildReport unread;
+        build(options, stop, unread);
+        return 0;
+    });
 }
 
 } // namespace velmora::cli

@@ -6,8 +6,9 @@
 namespace velmora::cli
 {
 
-/// Builds as the options say: prints the log and the progress, then warnings and errors. Returns the exit status, 0 or
-/// 1. A stop request ends the build and counts as a failure.
+/// Does what the options say: builds (printing the log and the progress, then warnings and errors), checks, writes a
+/// new document. Returns the exit status: 0, 1 when it failed, 2 when the options do not go with what is there, 128 + n
+/// when signal n ended it.
 int runBuild(const BuildOptions& options, const StopToken& stop);
 
 } // namespace velmora::cli

@@ -12,11 +12,14 @@ namespace velmora::cli
 
 /// What velmora-build was asked to do.
 struct BuildOptions {
-    std::string project{};                                   ///< path of the document
-    std::string output{};                                    ///< path of the image
+    std::string project{};                                   ///< path of the document or the application
+    std::string output{};                                    ///< path of the image; may be empty
     std::vector<std::pair<std::string, std::string>> maps{}; ///< FROM, TO in the order given
-    std::optional<std::string> volumeName{};
+    std::optional<std::string> volumeName{};                 ///< {name} and {version} stand for the application's
+    std::optional<std::string> initDocument{};               ///< path of a document to make
     std::optional<std::string> logFile{};
+    std::optional<std::string> report{}; ///< path, or "-" for standard output, where nothing else goes then
+    bool check = false;
     bool passwordFromInput = false;
     bool quiet = false;
     bool strict = false;

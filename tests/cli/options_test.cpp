@@ -20,13 +20,21 @@ TEST(BuildOptions, refusesWhatItDoesNotUnderstand)
         QStringList arguments;
         const char* complaint;
     } cases[] = {
-        {"nothing", {}, "expected PROJECT.velmora and OUTPUT.dmg"},
+        {"nothing", {}, "expected PROJECT.velmora or an application and OUTPUT.dmg"},
         {"one name", {"a.velmora"}, "got 1"},
         {"three names", {"a", "b", "c.dmg"}, "got 3"},
         {"an unknown option", {"--fast", "a", "b.dmg"}, "fast"},
         {"an output that the image tool would rename", {"a", "b.img"}, ".dmg"},
         {"a map without a target", {"--map", "/a", "a", "b.dmg"}, "FROM=TO"},
         {"a relative map", {"--map", "a=/b", "a", "b.dmg"}, "FROM=TO"},
+        {"checking and writing", {"--check", "--init", "a.velmora", "a.app"}, "--check writes nothing"},
+        {"checking with a log", {"--check", "--log", "l", "a"}, "--check builds nothing"},
+        {"checking with a report", {"--check", "--report", "-", "a"}, "--check builds nothing"},
+        {"a log of no build", {"--init", "a.velmora", "--log", "l", "a.app"}, "nothing is built"},
+        {"checking too much", {"--check", "a", "b.dmg", "c"}, "got 3"},
+        {"a document of another kind", {"--init", "a.dmg", "a.app"}, ".velmora"},
+        {"the report over the project", {"--report", "./x/../a", "a", "b.dmg"}, "the project and --report"},
+        {"the log over the report", {"--report", "r", "--log", "r", "a", "b.dmg"}, "--log and --report"},
         {"a map to a relative path", {"--map", "/a=b", "a", "b.dmg"}, "FROM=TO"},
     };
     for (const auto& c : cases) {
@@ -51,6 +59,13 @@ TEST(BuildOptions, readsEveryOption)
     EXPECT_EQ(options.volumeName, "Ünï");
     EXPECT_EQ(options.logFile, "l.txt");
     EXPECT_TRUE(options.strict && options.quiet && options.passwordFromInput);
+
+    const auto first = parseBuildOptions({"velmora-build", "--report", "-", "--init", "a.velmora", "a.app", "b.dmg"});
+    ASSERT_TRUE(first.options) << first.text;
+    EXPECT_EQ(first.options->report, "-");
+    EXPECT_EQ(first.options->initDocument, "a.velmora");
+    EXPECT_TRUE(first.options->quiet) << "standard output is the report's";
+    EXPECT_EQ(parseBuildOptions({"velmora-build", "--check", "a"}).options->output, "");
 }
 
 TEST(InspectOptions, takesOneImageAndOneRequest)

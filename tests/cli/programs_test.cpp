@@ -5,6 +5,11 @@
 #include "platform/file_tree.h"
 #include "platform/folders.h"
 
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -59,6 +64,21 @@ protected:
         return runChild({.program = "/usr/bin/env", .arguments = arguments, .input = std::move(input), .stop = stop});
     }
 
+    /// An application "Fake" 1.2 with an icon of its own.
+    std::string application() const
+    {
+        const fs::path path = m_folder / "Fake.app";
+        fs::create_directories(path / "Contents/MacOS");
+        fs::create_directories(path / "Contents/Resources");
+        writeFile(path / "Contents/Info.plist",
+                  "<plist version=\"1.0\"><dict><key>CFBundleIconFile</key><string>Fake</string>"
+                  "<key>CFBundleShortVersionString</key><string>1.2</string></dict></plist>");
+        writeFile(path / "Contents/MacOS/Fake", "#!/bin/sh\n");
+        writeFile(path / "Contents/Resources/Fake.icns", std::string("icns\0\0\0\10", 8));
+        return path.string();
+    }
+    std::string file(const char* name) const { return (m_folder / name).string(); }
+
     /// What a build leaves behind in the temporary folder and beside its output.
     std::vector<std::string> remains() const
     {
@@ -108,6 +128,85 @@ TEST_F(Programs, buildAnImageThatReadsBackAsDesigned)
     EXPECT_THAT(readFile(png, 1 << 24), testing::StartsWith("\x89PNG"));
 }
 
+TEST_F(Programs, buildAFirstImageForAnApplicationAndItsProject)
+{
+    const std::string init = file("Fake.velmora");
+    const std::string report = file("report.json");
+    const ChildResult first = run({"SOURCE_DATE_EPOCH=1700000000", build, "--strict", "--volume-name",
+                                   "{name} {version}", "--init", init, "--report", report, application(), image()});
+    ASSERT_EQ(first.exitCode, 0) << first.output << first.error;
+    EXPECT_EQ(first.error, "");
+    const ChildResult summary = run({inspect, image()});
+    EXPECT_THAT(summary.output, HasSubstr("\"Fake 1.2\""));
+    EXPECT_THAT(summary.output, HasSubstr("(169, 166)  Fake.app"));
+    EXPECT_THAT(summary.output, HasSubstr("(450, 166)  Applications"));
+    EXPECT_THAT(summary.output, HasSubstr("Icon        own"));
+
+    const auto told = QJsonDocument::fromJson(QByteArray::fromStdString(readFile(report, 1 << 20))).object();
+    EXPECT_EQ(told["exitStatus"].toInt(-1), 0);
+    EXPECT_EQ(told["outputBytes"].toInteger(), static_cast<qint64>(fs::file_size(image())));
+    EXPECT_EQ(told["sha256"].toString().toStdString(), run({"sha256sum", image()}).output.substr(0, 64));
+    EXPECT_EQ(told["steps"].toArray().first()["name"].toString(), "staging");
+
+    const std::string again = file("out/Image.dmg");
+    const std::string bytes = readFile(image(), 1 << 26);
+    const ChildResult second = run({"SOURCE_DATE_EPOCH=1700000000", build, "--quiet", init, again});
+    ASSERT_EQ(second.exitCode, 0) << second.error;
+    EXPECT_TRUE(readFile(again, 1 << 26) == bytes) << "the document is the same project";
+
+    const std::string document = readFile(init, 1 << 20);
+    const ChildResult third = run({build, "--init", init, application()});
+    EXPECT_EQ(third.exitCode, 1);
+    EXPECT_THAT(third.error, HasSubstr("exists already"));
+    EXPECT_EQ(readFile(init, 1 << 20), document);
+}
+
+TEST_F(Programs, checkAProjectWithoutBuildingIt)
+{
+    EXPECT_EQ(run({build, "--check", application(), image()}).output, "No problems found.\n");
+    project.format = DMGFormat::compressed;
+    project.items[1].x = 5000;
+    const ChildResult warned = run({build, "--check", document()});
+    EXPECT_EQ(warned.exitCode, 0);
+    EXPECT_EQ(warned.output, "No errors found.\n");
+    EXPECT_THAT(warned.error, HasSubstr("warning: items[1]: "));
+    EXPECT_EQ(run({build, "--check", "--strict", document()}).exitCode, 1);
+
+    project.items[0].sourcePath = "/gone";
+    project.signingMode = SigningMode::sign;
+    const ChildResult failed = run({build, "--check", document(), file("nowhere/a.dmg")});
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_EQ(failed.output, "");
+    for (const char* line : {"error: items[0].sourcePath: ", "error: codeSignIdentity: ", "error: output: ",
+                             "error: signingMode: Code signing is not possible here: codesign: "})
+        EXPECT_THAT(failed.error, HasSubstr(line));
+    EXPECT_THAT(remains(), testing::IsEmpty());
+    EXPECT_FALSE(fs::exists(image()));
+}
+
+TEST_F(Programs, reportFailuresToo)
+{
+    const std::string report = file("report.json");
+    writeFile(report, "an older report");
+    project.encryption = ImageEncryption::aes256;
+    project.encryptionPassword = "correct horse";
+    const std::vector<std::string> command{build, "--report", report, document(), image()};
+    EXPECT_EQ(run(command).exitCode, 1);
+    const std::string text = readFile(report, 1 << 20);
+    EXPECT_THAT(text, Not(HasSubstr("correct horse")));
+    const auto told = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
+    EXPECT_EQ(told["exitStatus"].toInt(), 1);
+    EXPECT_TRUE(told["error"].toString().startsWith("hdiutil convert failed"));
+    EXPECT_EQ(told["steps"].toArray().last()["name"].toString(), "convert");
+    EXPECT_TRUE(told["sha256"].isNull());
+
+    const ChildResult printed = run({build, "--report", "-", file("none.velmora"), image()});
+    EXPECT_EQ(printed.exitCode, 1);
+    const auto object = QJsonDocument::fromJson(QByteArray::fromStdString(printed.output)).object();
+    EXPECT_TRUE(object["error"].toString().contains("none.velmora")) << printed.output;
+    EXPECT_EQ(run({build, "--report", file("nowhere/r.json"), document(), image()}).exitCode, 1);
+}
+
 TEST_F(Programs, failWithAStatusAndASentence)
 {
     const auto missing = (m_folder / "nothing.velmora").string();
@@ -125,6 +224,14 @@ TEST_F(Programs, failWithAStatusAndASentence)
         {"the output is a folder", {build, document(), (m_folder / "out").string() + "/.dmg/"}, 2, ".dmg"},
         {"the output's folder is missing", {build, document(), (m_folder / "none/a.dmg").string()}, 1, "none"},
         {"not an image", {inspect, broken}, 1, "broken.velmora: "},
+        {"a folder that is no application", {build, m_folder.string(), image()}, 1, "no Contents/Info.plist"},
+        {"a project for a project", {build, "--init", file("new.velmora"), document()}, 2, "is a document"},
+        {"maps for an application", {build, "--map", "/a=/b", application(), image()}, 2, "--map"},
+        {"a volume name of nothing", {build, "--volume-name", "{nme}", application(), image()}, 1, "{nme}"},
+        {"a name from no application",
+         {build, "--volume-name", "{name}", document(), image()},
+         1,
+         "payload.txt\" is not an application"},
         {"no password", {build, "--password-stdin", document(), image()}, 1, "password"},
     };
     for (const auto& c : cases) {

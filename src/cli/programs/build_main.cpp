@@ -1,4 +1,4 @@
-// velmora-build: builds a project's disk image without a window, for build servers and scripts.
+// velmora-build: builds disk images without a window, for build servers and scripts.
 
 #include "cli/build_command.h"
 #include "cli/headless.h"
@@ -17,8 +17,5 @@ int main(int argc, char** argv)
         (parsed.exitStatus == 0 ? std::cout : std::cerr) << parsed.text;
         return parsed.exitStatus;
     }
-    const int status = velmora::cli::runBuild(*parsed.options, stop.token());
-    if (const int signal = velmora::lastStopSignal(); signal != 0 && status != 0)
-        return 128 + signal;
-    return status;
+    return velmora::cli::runBuild(*parsed.options, stop.token());
 }
