@@ -1,5 +1,8 @@
 #include "pipeline/build_step.h"
 
+#include "model/project.h"
+#include "pipeline/background_staging.h"
+
 namespace velmora
 {
 namespace
@@ -11,10 +14,16 @@ struct StepNames {
     std::string_view identifier;
 };
 constexpr StepNames names[] = {
-    {BuildStep::staging, "Collecting files", "staging"}, {BuildStep::background, "Drawing background", "background"},
-    {BuildStep::create, "Creating image", "create"},     {BuildStep::layout, "Laying out window", "layout"},
-    {BuildStep::detach, "Detaching image", "detach"},    {BuildStep::convert, "Converting image", "convert"},
+    {BuildStep::check, "Checking project", "check"},
+    {BuildStep::staging, "Collecting files", "staging"},
+    {BuildStep::background, "Drawing background", "background"},
+    {BuildStep::create, "Creating image", "create"},
+    {BuildStep::layout, "Laying out window", "layout"},
+    {BuildStep::volumeIcon, "Setting volume icon", "volumeIcon"},
+    {BuildStep::detach, "Detaching image", "detach"},
+    {BuildStep::convert, "Converting image", "convert"},
     {BuildStep::sign, "Signing image", "sign"},
+    {BuildStep::notarize, "Notarizing image", "notarize"},
 };
 
 StepNames namesOf(BuildStep step)
@@ -36,6 +45,26 @@ std::string_view displayName(BuildStep step)
 std::string_view identifier(BuildStep step)
 {
     return namesOf(step).identifier;
+}
+
+std::vector<BuildStep> neededSteps(const DMGProject& project)
+{
+    std::vector<BuildStep> steps;
+    const auto add = [&](BuildStep step, bool needed = true) {
+        if (needed)
+            steps.push_back(step);
+    };
+    add(BuildStep::check);
+    add(BuildStep::staging);
+    add(BuildStep::background, drawsBackground(project));
+    add(BuildStep::create);
+    add(BuildStep::layout);
+    add(BuildStep::volumeIcon, !project.volumeIconPath.empty());
+    add(BuildStep::detach);
+    add(BuildStep::convert);
+    add(BuildStep::sign, signs(project.signingMode));
+    add(BuildStep::notarize, notarizes(project.signingMode));
+    return steps;
 }
 
 } // namespace velmora

@@ -68,6 +68,7 @@ void dressImage(BuildRun& run, const DMGProject& project, const fs::path& image,
         run.say("Applying Finder layout…");
         applyFinderLayout(run, project, mount.mountPoint, backgroundName);
         if (!project.volumeIconPath.empty()) {
+            run.report(BuildStep::volumeIcon, 0.5);
             run.say("Setting volume icon…");
             setVolumeIcon(run, project.volumeIconPath, mount.mountPoint);
         }
@@ -114,15 +115,17 @@ void enableInternet(BuildRun& run, const fs::path& output)
 void buildImage(BuildRun& run, const DMGProject& project, const fs::path& output, BuildFigures& figures)
 {
     const BuildEnvironment& environment = run.environment();
-    run.report(BuildStep::staging, 0);
+    run.report(BuildStep::check, 0);
     validate(project, output, environment.temporaryFolder);
     checkSpace(run, project, output);
     const ScratchFolder scratch(environment.temporaryFolder, "velmora-build-", environment.uuid());
     StageFolder stage = makeStage(scratch);
+    run.report(BuildStep::staging, 0);
     run.say("Staging " + std::to_string(project.items.size()) + " item(s)…");
     stageItems(run, project, stage);
     stageLicense(run, project, stage);
-    run.report(BuildStep::background, 0.15);
+    if (drawsBackground(project))
+        run.report(BuildStep::background, 0.15);
     const std::optional<std::string> backgroundName = stageBackground(run, project, stage);
     run.report(BuildStep::create, 0.2);
     const fs::path image = scratch.path() / "temp.dmg";
@@ -136,10 +139,8 @@ void buildImage(BuildRun& run, const DMGProject& project, const fs::path& output
     convertImage(run, project, image, output);
     if (project.internetEnabled)
         enableInternet(run, output);
-    const BuildStep last = signs(project.signingMode) ? BuildStep::sign : BuildStep::convert;
-    run.report(last, 0.9);
     signAndNotarize(run, project, output);
-    run.report(last, 1);
+    run.report(neededSteps(project).back(), 1);
     run.say("✅ Done: " + output.string());
 }
 

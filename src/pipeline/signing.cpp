@@ -35,10 +35,14 @@ void notarize(BuildRun& run, const DMGProject& project, const std::string& outpu
 
 void signAndNotarize(BuildRun& run, const DMGProject& project, const std::filesystem::path& output)
 {
-    if (signs(project.signingMode))
+    if (signs(project.signingMode)) {
+        run.report(BuildStep::sign, 0.9);
         sign(run, project, output.string());
-    if (notarizes(project.signingMode))
+    }
+    if (notarizes(project.signingMode)) {
+        run.report(BuildStep::notarize, 0.92);
         notarize(run, project, output.string());
+    }
 }
 
 } // namespace velmora

@@ -317,7 +317,7 @@ TEST_F(Builder, stopsWhileItWaitsOrCopies)
     expectNothingLeft();
 }
 
-TEST_F(Builder, worksInAPrivateFolderAndReportsRisingProgress)
+TEST_F(Builder, worksInAPrivateFolder)
 {
     fs::perms mode{};
     fs::perms stageMode{};
@@ -330,12 +330,33 @@ TEST_F(Builder, worksInAPrivateFolderAndReportsRisingProgress)
     EXPECT_EQ(world.build(project), "");
     EXPECT_EQ(mode, fs::perms{0700});
     EXPECT_EQ(stageMode, fs::perms{0755}); // it becomes the root of the volume
-    ASSERT_FALSE(world.steps.empty());
-    EXPECT_EQ(world.steps.front(), (std::pair{BuildStep::staging, 0.0}));
-    EXPECT_EQ(world.steps.back(), (std::pair{BuildStep::convert, 1.0})); // nothing is signed
-    EXPECT_TRUE(std::is_sorted(world.steps.begin(), world.steps.end()));
-    for (const BuildStep step : {BuildStep::staging, BuildStep::sign})
-        EXPECT_FALSE(displayName(step).empty());
+}
+
+TEST_F(Builder, goesThroughTheStepsThatTheProjectNeeds)
+{
+    const auto expectSteps = [this] {
+        world.steps.clear();
+        EXPECT_EQ(world.build(project), "");
+        ASSERT_FALSE(world.steps.empty());
+        EXPECT_EQ(world.steps.front(), (std::pair{BuildStep::check, 0.0}));
+        EXPECT_EQ(world.steps.back().second, 1.0);
+        EXPECT_TRUE(std::is_sorted(world.steps.begin(), world.steps.end()));
+        std::vector<BuildStep> seen;
+        for (const auto& [step, fraction] : world.steps) {
+            EXPECT_FALSE(displayName(step).empty());
+            if (seen.empty() || seen.back() != step)
+                seen.push_back(step);
+        }
+        EXPECT_EQ(seen, neededSteps(project));
+    };
+    expectSteps();
+    project.signingMode = SigningMode::signAndNotarize;
+    project.codeSignIdentity = "Zoë";
+    project.notaryProfile = "profile";
+    project.volumeIconPath = project.overlayImages.at(0).sourcePath;
+    expectSteps();
+    project.backgroundKind = BackgroundKind::image; // without a picture
+    expectSteps();
 }
 
 TEST_F(Builder, removesWhatAKilledBuildLeftAndNothingElse)
