@@ -63,6 +63,8 @@ public:
     [[nodiscard]] const std::optional<std::filesystem::path>& documentURL() const { return m_documentURL; }
     [[nodiscard]] bool isDirty() const { return m_isDirty; }
     [[nodiscard]] bool isBuilding() const { return m_isBuilding; }
+    /// Where the running build writes, or the last one wrote or was to write.
+    [[nodiscard]] const std::filesystem::path& buildOutput() const { return m_buildOutput; }
     [[nodiscard]] const std::string& buildLog() const { return m_buildLog; }
     /// The image of the last successful build.
     [[nodiscard]] const std::optional<std::filesystem::path>& lastOutputURL() const { return m_lastOutputURL; }
@@ -117,6 +119,9 @@ public:
 
     [[nodiscard]] bool canUndo() const { return m_history.canUndo(); }
     [[nodiscard]] bool canRedo() const { return m_history.canRedo(); }
+    /// What undo() would take back and redo() do again, for the menu ("Move Icon"); empty for "Undo" alone.
+    [[nodiscard]] std::string undoName() const;
+    [[nodiscard]] std::string redoName() const;
     /// Goes one step back or forward, with the selections of then. Reaching the saved state clears the modified mark,
     /// leaving it sets it.
     void undo();
@@ -312,6 +317,7 @@ private:
     std::optional<std::filesystem::path> m_documentURL{};
     bool m_isDirty = false;
     bool m_isBuilding = false;
+    std::filesystem::path m_buildOutput{};
     std::string m_buildLog{};
     std::optional<std::filesystem::path> m_lastOutputURL{};
     std::optional<std::string> m_buildError{};

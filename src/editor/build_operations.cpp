@@ -26,6 +26,7 @@ void AppState::build()
     // The panel lets events through, and with them another build command.
     if (!output || m_isBuilding)
         return;
+    m_buildOutput = *output;
     set(m_isBuilding, true, &AppState::isBuildingChanged);
     set(m_buildLog, std::string(), &AppState::buildLogChanged);
     set(m_buildError, {}, &AppState::buildErrorChanged);

@@ -57,6 +57,10 @@ public:
 
     [[nodiscard]] bool canUndo() const { return m_current > 0; }
     [[nodiscard]] bool canRedo() const { return m_current + 1 < m_states.size(); }
+    [[nodiscard]] const DMGProject& current() const { return m_states[m_current].project; }
+    /// The states that undo() and redo() lead to; null when there is none.
+    [[nodiscard]] const DMGProject* previous() const { return canUndo() ? &m_states[m_current - 1].project : nullptr; }
+    [[nodiscard]] const DMGProject* next() const { return canRedo() ? &m_states[m_current + 1].project : nullptr; }
     /// Moves one state back, or forward, and returns it with the selections it is to be shown with. Only when possible.
     Snapshot undo();
     Snapshot redo();

@@ -1,6 +1,7 @@
 // How changes of the project become steps that can be undone.
 
 #include "editor/app_state.h"
+#include "editor/change_name.h"
 
 #include <utility>
 
@@ -31,6 +32,16 @@ void AppState::recordStep()
     const History::Time now = m_gesture ? m_gesture->began : m_ports.now();
     if (m_history.record(m_project, m_step.before, m_selections, m_step.key, now))
         emit historyChanged();
+}
+
+std::string AppState::undoName() const
+{
+    return canUndo() ? changeName(*m_history.previous(), m_history.current()) : std::string();
+}
+
+std::string AppState::redoName() const
+{
+    return canRedo() ? changeName(m_history.current(), *m_history.next()) : std::string();
 }
 
 void AppState::undo()

@@ -46,6 +46,7 @@ struct ScriptedFontPanel : FontPanel {
 struct RecordingDesktop : Desktop {
     std::vector<fs::path> revealed{};
     void reveal(const fs::path& file) override { revealed.push_back(file); }
+    void openFolder(const fs::path&) override {}
     void openAddress(const std::string&) override {}
 };
 

@@ -40,6 +40,7 @@ class RecordingDesktop : public Desktop
 {
 public:
     void reveal(const std::filesystem::path&) override { ADD_FAILURE() << "nothing to reveal"; }
+    void openFolder(const std::filesystem::path&) override { ADD_FAILURE() << "nothing to open"; }
     void openAddress(const std::string& address) override { opened.push_back(address); }
 
     std::vector<std::string> opened{};
