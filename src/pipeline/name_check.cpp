@@ -1,9 +1,9 @@
 #include "pipeline/name_check.h"
 
 #include "diskimage/base/error.h"
-#include "diskimage/hfs/names.h"
 #include "pipeline/background_staging.h"
 #include "pipeline/staging.h"
+#include "pipeline/volume_order.h"
 
 #include <map>
 #include <system_error>
@@ -15,12 +15,6 @@ namespace
 
 using diskimage::hfs::storedName;
 
-struct VolumeOrder {
-    bool operator()(const std::u16string& a, const std::u16string& b) const
-    {
-        return diskimage::hfs::compareNames(a, b) < 0;
-    }
-};
 /// Stored name to the index of the item that has it last.
 using ItemNames = std::map<std::u16string, std::size_t, VolumeOrder>;
 

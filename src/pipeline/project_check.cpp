@@ -1,6 +1,7 @@
 #include "pipeline/project_check.h"
 
 #include "pipeline/appearance_check.h"
+#include "pipeline/content_check.h"
 #include "pipeline/credentials.h"
 #include "pipeline/name_check.h"
 #include "pipeline/staging.h"
@@ -25,7 +26,8 @@ bool liesIn(const fs::path& folder, const fs::path& path)
     return !outer.empty() && std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
 }
 
-void checkContent(const DMGProject& project, const std::optional<fs::path>& output, Problems& problems)
+/// What a build does as it was told and nobody is likely to have meant.
+void checkSurprises(const DMGProject& project, const std::optional<fs::path>& output, Problems& problems)
 {
     for (std::size_t i = 0; i < project.items.size(); ++i) {
         const DMGItem& item = project.items[i];
@@ -68,7 +70,8 @@ Problems checkProject(const DMGProject& project, const std::optional<fs::path>& 
 {
     Problems problems = buildObstacles(project, output, environment.temporaryFolder);
     append(problems, checkNames(project));
-    checkContent(project, output, problems);
+    append(problems, checkContent(project, environment.stop));
+    checkSurprises(project, output, problems);
     append(problems, checkAppearance(project, environment));
     for (const auto& missing : {missingPassword(project), missingIdentity(project), missingNotaryProfile(project)}) {
         if (missing)

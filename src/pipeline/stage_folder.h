@@ -1,6 +1,6 @@
 #pragma once
 
-#include "diskimage/hfs/names.h"
+#include "pipeline/volume_order.h"
 
 #include <filesystem>
 #include <map>
@@ -29,12 +29,6 @@ public:
     void write(const std::string& name, std::string_view bytes);
 
 private:
-    struct VolumeOrder {
-        bool operator()(const std::u16string& a, const std::u16string& b) const
-        {
-            return diskimage::hfs::compareNames(a, b) < 0;
-        }
-    };
     std::filesystem::path m_path{};
     std::map<std::u16string, std::string, VolumeOrder> m_names{}; ///< stored form to local spelling
 };

@@ -1,10 +1,13 @@
 #include "pipeline/tool_check.h"
 
+#include "diskimage/base/error.h"
 #include "pipeline/image_commands.h"
 #include "pipeline/image_size.h"
 #include "pipeline/scratch_folder.h"
+#include "pipeline/stage_folder.h"
 #include "pipeline/text.h"
 #include "pipeline/validation.h"
+#include "platform/file_tree.h"
 
 #include <system_error>
 
@@ -39,6 +42,25 @@ public:
         m_project.filesystem = project.filesystem;
         m_project.format = project.format;
         fs::create_directory(m_stage);
+    }
+
+    /// Local file systems take shorter names than volumes do.
+    void stageNames(const std::vector<DMGItem>& items)
+    {
+        const fs::path folder = m_scratch.path() / "names";
+        fs::create_directory(folder);
+        StageFolder names(folder);
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            if (items[i].hidden)
+                continue;
+            try {
+                writeFile(names.place(items[i].displayName), {});
+            } catch (const diskimage::DiskImageError&) {
+                // A name for no volume at all was named by the project's own check.
+            } catch (const FileError& error) {
+                m_problems.push_back(errorIn(elementField("items", i, "displayName"), error.what()));
+            }
+        }
     }
 
     void create()
@@ -157,6 +179,7 @@ void checkSize(const DMGProject& project, const BuildEnvironment& environment, P
 Problems checkTools(const DMGProject& project, const BuildEnvironment& environment)
 {
     Rehearsal rehearsal(project, environment);
+    rehearsal.stageNames(project.items);
     rehearsal.create();
     rehearsal.convert(project.encryption);
     if (project.internetEnabled)

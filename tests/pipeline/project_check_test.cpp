@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
 
 namespace velmora::testing
 {
@@ -135,6 +137,32 @@ TEST_F(ProjectCheck, saysWhatWouldGoWrong)
     }
 }
 
+TEST_F(ProjectCheck, looksIntoTheFolders)
+{
+    const fs::path folder = world.source / "My App.app/Contents";
+    for (const char* name : {"Read Me", "READ ME", "bad\xFF"})
+        BuildWorld::write(folder / "Deep" / name, "x");
+    fs::create_symlink("/gone", folder / "dangling");
+    ASSERT_EQ(std::system(("mkfifo '" + (folder / "pipe").string() + "'").c_str()), 0);
+    const auto found = lines(checkProject(world.typicalProject(), world.output, world.environment()));
+    EXPECT_THAT(found, ::testing::UnorderedElementsAre(
+                           HasSubstr("/Contents/pipe” is neither a file nor a folder nor a link."),
+                           HasSubstr("/Deep/Read Me” and “READ ME” beside it are one name on the volume."),
+                           HasSubstr("” cannot be on a volume: ")));
+}
+
+TEST_F(ProjectCheck, namesWhatMayNotBeRead)
+{
+    const fs::path folder = world.source / "My App.app/Contents";
+    fs::permissions(folder, fs::perms::none);
+    const bool readsEverything = std::ifstream(folder / "Info.plist").is_open();
+    const auto found = lines(checkProject(world.typicalProject(), world.output, world.environment()));
+    fs::permissions(folder, fs::perms::owner_all);
+    if (readsEverything)
+        GTEST_SKIP() << "permissions do not bind the superuser";
+    EXPECT_THAT(found, ElementsAre(HasSubstr("/Contents” may not be read.")));
+}
+
 TEST_F(ProjectCheck, namesAllOfWhatABuildNamesTheFirst)
 {
     DMGProject project = world.typicalProject();
@@ -199,6 +227,16 @@ TEST_F(ProjectCheck, asksTheToolsWithoutTheUsersSecrets)
             EXPECT_FALSE(call.logged);
         }
     }
+}
+
+TEST_F(ProjectCheck, triesNamesWhereTheyAreStaged)
+{
+    DMGProject project = world.typicalProject();
+    for (int i = 0; i < 86; ++i)
+        project.items[1].displayName += "漢"; // few for a volume, over 255 bytes here
+    EXPECT_THAT(lines(checkProject(project, world.output, world.environment())), IsEmpty());
+    EXPECT_THAT(lines(checkTools(project, world.environment())),
+                ElementsAre(HasSubstr("error: items[1].displayName: ")));
 }
 
 TEST_F(ProjectCheck, comparesAGivenSizeWithTheContent)
