@@ -221,6 +221,10 @@ TEST_F(ProjectCheck, asksTheToolsWithoutTheUsersSecrets)
             expected.emplace_back(HasSubstr(part));
         EXPECT_THAT(found, ::testing::ElementsAreArray(expected));
         EXPECT_THAT(world.scratchFiles(), IsEmpty());
+        const auto& calls = world.tools->calls;
+        if (calls.size() > 1 && calls[1].name == "hdiutil create") {
+            EXPECT_THAT(calls[1].arguments, ::testing::Contains("HFS+"));
+        }
         for (const ToolCall& call : world.tools->calls) {
             EXPECT_THAT(call.input.value_or(""), Not(HasSubstr("correct")));
             EXPECT_THAT(call.arguments, Not(::testing::Contains("Ann Example")));
