@@ -36,7 +36,7 @@ class Rehearsal
 {
 public:
     Rehearsal(const DMGProject& project, const BuildEnvironment& environment)
-        : m_environment(environment), m_scratch(environment.temporaryFolder, "velmora-check-" + environment.uuid())
+        : m_environment(environment), m_scratch(environment.temporaryFolder, "velmora-check-", environment.uuid())
     {
         m_project.volumeName = "Velmora";
         m_project.filesystem = project.filesystem;
