@@ -49,7 +49,7 @@ void printWarnings(const std::vector<std::string>& warnings)
 /// Reads the finished image back; a strict build fails of any difference and of any warning.
 void checkStrictly(const fs::path& image, const DMGProject& project, BuildReport& report)
 {
-    report.times.begin("check");
+    report.times.begin("readBack");
     report.faults = checkBuiltImage(image, project);
     for (const std::string& fault : report.faults)
         std::cerr << "error: " << fault << '\n';

@@ -4,8 +4,10 @@
 #include "pipeline/content_check.h"
 #include "pipeline/credentials.h"
 #include "pipeline/name_check.h"
+#include "pipeline/space_check.h"
 #include "pipeline/staging.h"
 #include "pipeline/validation.h"
+#include "platform/file_tree.h"
 
 #include <algorithm>
 #include <set>
@@ -48,6 +50,27 @@ void checkSurprises(const DMGProject& project, const std::optional<fs::path>& ou
             warningIn("licenseText", "the licence agreement is enabled, but it is empty; the image gets none."));
 }
 
+/// A build asks the same before it writes anything.
+Problems checkRoom(const DMGProject& project, const fs::path& output, const BuildEnvironment& environment)
+{
+    Problems problems;
+    std::vector<std::string> warnings;
+    const LogCallback log;
+    const StepCallback step;
+    BuildRun run(log, environment, step, warnings);
+    try {
+        checkSpace(run, project, output);
+    } catch (const FileError& error) {
+        problems.push_back({Severity::error, "output", error.what()});
+    } catch (const BuildError& error) {
+        run.checkStop();
+        problems.push_back({Severity::error, "output", error.message});
+    }
+    for (const std::string& warning : warnings)
+        problems.push_back({Severity::warning, "output", warning});
+    return problems;
+}
+
 void append(Problems& problems, const Problems& more)
 {
     problems.insert(problems.end(), more.begin(), more.end());
@@ -72,6 +95,8 @@ Problems checkProject(const DMGProject& project, const std::optional<fs::path>& 
     append(problems, checkNames(project));
     append(problems, checkContent(project, environment.stop));
     checkSurprises(project, output, problems);
+    if (output)
+        append(problems, checkRoom(project, *output, environment));
     append(problems, checkAppearance(project, environment));
     for (const auto& missing : {missingPassword(project), missingIdentity(project), missingNotaryProfile(project)}) {
         if (missing)

@@ -146,7 +146,7 @@ TEST_F(Programs, buildAFirstImageForAnApplicationAndItsProject)
     EXPECT_EQ(told["exitStatus"].toInt(-1), 0);
     EXPECT_EQ(told["outputBytes"].toInteger(), static_cast<qint64>(fs::file_size(image())));
     EXPECT_EQ(told["sha256"].toString().toStdString(), run({"sha256sum", image()}).output.substr(0, 64));
-    EXPECT_EQ(told["steps"].toArray().first()["name"].toString(), "staging");
+    EXPECT_EQ(told["steps"].toArray().last()["name"].toString(), "digest");
 
     const std::string again = file("out/Image.dmg");
     const std::string bytes = readFile(image(), 1 << 26);

@@ -120,6 +120,18 @@ TEST_F(ProjectCheck, saysWhatWouldGoWrong)
              p.signingMode = SigningMode::signAndNotarize;
          },
          {"error: encryptionPassword: ", "error: codeSignIdentity: ", "error: notaryProfile: "}},
+        {"no room for a compressed image",
+         [&](DMGProject&) {
+             world.freeSpace = [&](const fs::path& folder) {
+                 return folder == world.temporary ? DiskSpace{1, 1 << 30, 1 << 20} : DiskSpace{2, 1, 1 << 20};
+             };
+         },
+         {"warning: output: There may not be enough room in the folder "}},
+        {"no room to work",
+         [&](DMGProject&) { world.freeSpace = [](const fs::path&) {
+                                return DiskSpace{1, 1, 1 << 20};
+                            }; },
+         {"error: output: There is not enough room in the folder "}},
         {"one number that spoils two things",
          [](DMGProject& p) { p.windowWidth = std::nan(""); },
          {"error: windowWidth: the value is not a finite number."}},
@@ -127,6 +139,7 @@ TEST_F(ProjectCheck, saysWhatWouldGoWrong)
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         DMGProject project = world.typicalProject();
+        world.freeSpace = {};
         c.change(project);
         const auto found = lines(checkProject(project, world.output, world.environment()));
         std::vector<::testing::Matcher<std::string>> expected;
