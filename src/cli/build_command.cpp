@@ -63,7 +63,8 @@ void buildImage(const BuildOptions& options, const DMGProject& project, BuildEnv
     std::ofstream logFile = openLog(options.logFile);
     OutputPlace place(options.output);
     ProgressLine progress(!options.quiet, !options.quiet && Terminal::isInteractive());
-    const auto log = [&](const std::string& line) {
+    const auto log = [&](const std::string& message) {
+        const std::string line = place.inPublic(message);
         progress.log(line);
         if (logFile.is_open())
             logFile << line << std::endl;
@@ -75,7 +76,8 @@ void buildImage(const BuildOptions& options, const DMGProject& project, BuildEnv
     const auto takeAccount = [&] {
         progress.finish();
         report.times.end();
-        report.warnings.insert(report.warnings.end(), builder.warnings().begin(), builder.warnings().end());
+        for (const std::string& warning : builder.warnings())
+            report.warnings.push_back(place.inPublic(warning));
         printWarnings(report.warnings);
         const BuildFigures& figures = builder.figures();
         if (figures.contentBytes > 0)
@@ -85,9 +87,9 @@ void buildImage(const BuildOptions& options, const DMGProject& project, BuildEnv
     };
     try {
         builder.build(project, place.buildPath());
-    } catch (...) {
+    } catch (const std::exception& error) {
         takeAccount();
-        throw;
+        throw BuildError(place.inPublic(error.what()));
     }
     takeAccount();
     if (options.strict)

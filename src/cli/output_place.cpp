@@ -37,6 +37,14 @@ OutputPlace::~OutputPlace()
     }
 }
 
+std::string OutputPlace::inPublic(std::string message) const
+{
+    const std::string hidden = "/" + m_folder.path.filename().string();
+    for (std::size_t at = message.find(hidden); at != std::string::npos; at = message.find(hidden, at))
+        message.erase(at, hidden.size());
+    return message;
+}
+
 void OutputPlace::commit()
 {
     syncToDisk(buildPath());

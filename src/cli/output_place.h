@@ -3,6 +3,7 @@
 #include "platform/claimed_path.h"
 
 #include <filesystem>
+#include <string>
 
 namespace velmora::cli
 {
@@ -21,6 +22,8 @@ public:
 
     /// Where the image is to be built.
     [[nodiscard]] std::filesystem::path buildPath() const { return m_folder.path / m_output.filename(); }
+    /// A message of the build with the paths that its reader knows: the output's folder for the private one.
+    [[nodiscard]] std::string inPublic(std::string message) const;
     /// Puts the built image into its place, replacing an older one in one move. Throws FileError.
     void commit();
 

@@ -113,6 +113,7 @@ TEST_F(Programs, buildAnImageThatReadsBackAsDesigned)
     EXPECT_EQ(result.error, "");
     EXPECT_THAT(result.output, HasSubstr("Staging 2 item(s)…\n"));
     EXPECT_THAT(result.output, Not(HasSubstr("\x1b")));
+    EXPECT_THAT(result.output, HasSubstr("✅ Done: " + image() + "\n"));
     EXPECT_THAT(remains(), testing::IsEmpty());
 
     const ChildResult summary = run({inspect, image()});
