@@ -278,6 +278,10 @@ DMGProject decode(std::string_view bytes)
         throw DocumentError(tooLarge());
     DMGProject project = Decoder(bytes).decode();
     project.migrateLegacyIconCoordinatesIfNeeded();
+    for (std::size_t i = 0; i < project.items.size(); ++i) { // with sizes near the largest number it can leave these
+        if (!std::isfinite(project.items[i].x) || !std::isfinite(project.items[i].y))
+            throw DocumentError("items[" + std::to_string(i) + "]: the position is too large");
+    }
     return project;
 }
 
