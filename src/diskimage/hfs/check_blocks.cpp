@@ -15,8 +15,16 @@ BlockChecker::BlockChecker(const VolumeHeader& header, CheckReport& report) : m_
     const auto front = static_cast<std::uint32_t>(ceilDivide(1536, header.blockSize));
     const auto back = static_cast<std::uint32_t>(ceilDivide(1024, header.blockSize));
     m_endOfUsable = header.totalBlocks - std::min(back, header.totalBlocks);
-    m_owned.push_back({{0, std::min(front, header.totalBlocks)}, "the volume header"});
-    m_owned.push_back({{m_endOfUsable, header.totalBlocks - m_endOfUsable}, "the alternate volume header"});
+    own({0, std::min(front, header.totalBlocks)}, "the volume header");
+    own({m_endOfUsable, header.totalBlocks - m_endOfUsable}, "the alternate volume header");
+}
+
+void BlockChecker::own(const Extent& extent, const std::string& owner)
+{
+    if (m_owners.empty() || m_owners.back() != owner) {
+        m_owners.push_back(owner);
+    }
+    m_owned.push_back({extent, &m_owners.back()});
 }
 
 bool BlockChecker::take(const Extent& extent, const std::string& owner)
@@ -26,7 +34,7 @@ bool BlockChecker::take(const Extent& extent, const std::string& owner)
                      std::to_string(std::uint64_t{extent.start} + extent.count) + ", which no file may have.");
         return false;
     }
-    m_owned.push_back({extent, owner});
+    own(extent, owner);
     return true;
 }
 
@@ -111,7 +119,7 @@ void BlockChecker::finish(const Source& volume)
     const Owned* last = nullptr;
     for (const auto& owned : m_owned) {
         if (last != nullptr && owned.extent.start < last->extent.start + last->extent.count && owned.extent.count > 0) {
-            m_report.add(owned.owner + " and " + last->owner + " both have block " +
+            m_report.add(*owned.owner + " and " + *last->owner + " both have block " +
                          std::to_string(owned.extent.start) + ".");
         }
         if (last == nullptr || owned.extent.start + owned.extent.count > last->extent.start + last->extent.count) {

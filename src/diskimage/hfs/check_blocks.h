@@ -7,6 +7,7 @@
 #include "diskimage/hfs/volume_header.h"
 
 #include <cstdint>
+#include <deque>
 #include <set>
 #include <string>
 #include <vector>
@@ -37,9 +38,10 @@ public:
 private:
     struct Owned {
         Extent extent;
-        std::string owner;
+        const std::string* owner; ///< in m_owners
     };
 
+    void own(const Extent& extent, const std::string& owner);
     bool take(const Extent& extent, const std::string& owner);
     void compareBitmap(const Source& volume);
 
@@ -48,6 +50,7 @@ private:
     std::uint32_t m_endOfUsable; ///< first block behind those that files may have
     OverflowExtents m_overflow{};
     std::set<OverflowKey> m_overflowUsed{};
+    std::deque<std::string> m_owners{}; ///< a fork can have very many extents
     std::vector<Owned> m_owned{};
 };
 
