@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 
 namespace velmora::diskimage::hfs
 {
@@ -116,8 +117,13 @@ struct VolumeEditor::Impl {
     void removeTree(const Item& top)
     {
         std::vector<Item> items{top};
+        std::set<CatalogId> seen; // what readers pass over was never checked: it may contain itself
         for (std::size_t i = 0; i < items.size(); ++i) {
             refuseHardLink(items[i]);
+            if (!seen.insert(idOf(items[i])).second) {
+                throw DiskImageError("The catalog is damaged: there are two entries with the number " +
+                                     std::to_string(idOf(items[i])) + ".");
+            }
             if (isFolder(items[i])) {
                 const auto children = volume.catalog().children(idOf(items[i]));
                 items.insert(items.end(), children.begin(), children.end());
