@@ -1,0 +1,31 @@
+// Icon families: elements survive being written; pixels of all codings are decoded at the sizes that programs use.
+
+#include "diskimage/finder/icns.h"
+#include "support/target.h"
+
+using namespace velmora;
+using namespace velmora::diskimage;
+using namespace velmora::diskimage::finder;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto elements = fuzz::attempt([&] { return readIcns({data, size}); });
+    if (!elements)
+        return 0;
+    fuzz::expect(readIcns(writeIcns(*elements)) == *elements, "an icon family holds the elements put into it");
+    const IcnsElement* largest = largestIcon(*elements);
+    ByteView mask;
+    for (const IcnsElement& element : *elements) {
+        for (const std::uint32_t side : {16u, 32u, 48u, 128u}) {
+            if (const auto pixels = fuzz::attempt([&] { return decodeArgb(element.data, side); })) {
+                const Bytes coded = encodeArgb(*pixels);
+                fuzz::expect(decodeArgb(coded, side).rgba == pixels->rgba, "coded pixels are what they were");
+            }
+            fuzz::attempt([&] { return decodeRgb24(element.data, mask, side); });
+        }
+        mask = element.data;
+        largest = largest == &element ? nullptr : largest;
+    }
+    fuzz::expect(largest == nullptr, "the largest icon is one of the elements");
+    return 0;
+}
