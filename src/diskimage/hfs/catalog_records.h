@@ -19,6 +19,11 @@ struct CatalogKey {
     std::u16string name{};  ///< of a thread record empty
 };
 
+/// Bytes of a key with a name of that many UTF-16 units, its length field included.
+constexpr std::size_t catalogKeySize(std::size_t nameLength)
+{
+    return 8 + 2 * nameLength;
+}
 Bytes encodeCatalogKey(CatalogId parentId, std::u16string_view name);
 /// Throws DiskImageError when lengths contradict each other.
 CatalogKey readCatalogKey(ByteView key);

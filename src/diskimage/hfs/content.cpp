@@ -170,6 +170,12 @@ void placeForks(Content& content, std::uint32_t blockSize, std::uint32_t firstBl
 RecordList encodeCatalog(const Content& content, std::int64_t rootCreated)
 {
     RecordList records;
+    std::size_t bytes = 0;
+    for (const auto& item : content) {
+        const auto nameBytes = 2 * item.name.size();
+        bytes += catalogKeySize(0) + threadRecordSize + nameBytes + catalogKeySize(item.name.size()) + fileRecordSize;
+    }
+    records.reserve(2 * content.size(), bytes);
     auto root = encodeItem(*content[0].entry, placementOf(content, 0));
     putBE32(root.data() + recordCreateDateOffset, dateFromUnix(rootCreated));
     records.add(encodeCatalogKey(rootParentId, content[0].name), root);

@@ -32,12 +32,20 @@ Bytes readBitmap(const std::shared_ptr<const Source>& view, const VolumeHeader& 
     return openFork(view, header.blockSize, extents, size)->read(0, static_cast<std::size_t>(size));
 }
 
+/// Refuses records that contradict each other.
+VolumeRecords checkedRecords(const std::shared_ptr<const Source>& view)
+{
+    auto records = readVolumeRecords(view);
+    (void)buildEntries(records, view);
+    return records;
+}
+
 } // namespace
 
 EditedVolume::EditedVolume(Storage& storage)
     : m_volume(openVolume(storage)),
       m_view(openVolume(std::as_const(storage))),
-      m_records(readVolumeRecords(m_view)),
+      m_records(checkedRecords(m_view)),
       m_catalog(m_records.catalog, m_records.order, m_records.header.signature == signatureHfsx),
       m_attributes(readAttributeMap(m_records.attributes)),
       m_bitmapExtents(resolveFork(m_records.header.allocationFile, allocationFileId, ForkType::data, m_records.overflow,
@@ -49,8 +57,16 @@ EditedVolume::EditedVolume(Storage& storage)
       m_catalogTree{m_records.header.catalogFile, m_records.catalogHeader, catalogExtents(m_records)},
       m_attributesTree{m_records.header.attributesFile, m_records.attributesHeader, attributesExtents(m_records)}
 {
+    forgetRecords();
     checkState();
     protectBlocks();
+}
+
+/// The maps hold all of them.
+void EditedVolume::forgetRecords()
+{
+    m_records.catalog = {};
+    m_records.attributes = {};
 }
 
 void EditedVolume::checkState() const
@@ -91,7 +107,9 @@ Entry EditedVolume::entries()
 {
     m_records.catalog = m_catalog.encode();
     m_records.attributes = encodeAttributeMap(m_attributes);
-    return buildEntries(m_records, m_view);
+    auto root = buildEntries(m_records, m_view);
+    forgetRecords();
+    return root;
 }
 
 void EditedVolume::requireRoom(const Content& content) const

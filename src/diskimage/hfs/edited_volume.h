@@ -48,6 +48,7 @@ public:
     void commit(std::uint32_t date);
 
 private:
+    void forgetRecords();
     void checkState() const;
     [[nodiscard]] std::vector<Extent> reservedBlocks() const;
     void protectBlocks();
@@ -60,7 +61,7 @@ private:
 
     std::unique_ptr<Storage> m_volume;
     std::shared_ptr<const Source> m_view; ///< the same, for reading
-    VolumeRecords m_records;
+    VolumeRecords m_records;              ///< catalog and attributes are only there while they are being read
     CatalogMap m_catalog;
     AttributeMap m_attributes;
     std::vector<Extent> m_bitmapExtents;

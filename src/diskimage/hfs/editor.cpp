@@ -146,12 +146,14 @@ struct VolumeEditor::Impl {
     bool isBroken = false;
 };
 
-VolumeEditor::VolumeEditor(Storage& volume) : m_impl(std::make_unique<Impl>(volume))
-{
-    m_impl->root = m_impl->volume.entries(); // and so refuse what is damaged
-}
+VolumeEditor::VolumeEditor(Storage& volume) : m_impl(std::make_unique<Impl>(volume)) {}
 
 VolumeEditor::~VolumeEditor() = default;
+
+std::string VolumeEditor::name() const
+{
+    return posixName(m_impl->volume.catalog().root()->first.name);
+}
 
 const Entry& VolumeEditor::root() const
 {

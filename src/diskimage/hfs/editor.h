@@ -12,13 +12,15 @@ namespace velmora::diskimage::hfs
 class VolumeEditor
 {
 public:
-    /// Reads the volume that fills `volume`. Throws DiskImageError when it was not cleanly unmounted or has a journal
-    /// that is not empty. Keeps a reference.
+    /// Reads the volume that fills `volume`. Throws DiskImageError when it is damaged, was not cleanly unmounted or has
+    /// a journal that is not empty. Keeps a reference.
     explicit VolumeEditor(Storage& volume);
     ~VolumeEditor();
     VolumeEditor(const VolumeEditor&) = delete;
     VolumeEditor& operator=(const VolumeEditor&) = delete;
 
+    /// The volume's name.
+    [[nodiscard]] std::string name() const;
     /// The volume's content as it will be after commit(); valid until the next change. What its entries open reads from
     /// the storage.
     [[nodiscard]] const Entry& root() const;

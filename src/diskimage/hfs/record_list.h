@@ -22,6 +22,13 @@ public:
         append(m_bytes, data);
     }
 
+    /// Takes the memory for that many records and bytes at once: growing step by step takes half as much again.
+    void reserve(std::size_t records, std::size_t bytes)
+    {
+        m_places.reserve(records);
+        m_bytes.reserve(bytes);
+    }
+
     [[nodiscard]] std::size_t size() const { return m_places.size(); }
     /// The key with its length field.
     [[nodiscard]] ByteView key(std::size_t i) const

@@ -143,6 +143,11 @@ void CatalogMap::remove(Item item)
 RecordList CatalogMap::encode() const
 {
     RecordList records;
+    std::size_t bytes = 0;
+    for (const auto& [key, data] : m_map) {
+        bytes += catalogKeySize(key.name.size()) + data.size();
+    }
+    records.reserve(m_map.size(), bytes);
     for (const auto& [key, data] : m_map) {
         records.add(encodeCatalogKey(key.parentId, key.name), data);
     }

@@ -198,6 +198,7 @@ std::uint32_t writeVolume(Storage& volume, Entry& root, const VolumeOptions& opt
     const auto geometry = layOut(prepared.needs(), options.clumps, volume.size());
     const auto identifier = identifierOf(options, prepared.catalog, prepared.attributes);
     placeForks(prepared.content, geometry.blockSize, geometry.firstDataBlock);
+    prepared.catalog = {}; // not both of them at a time
     prepared.catalog = encodeCatalog(prepared.content, options.created);
     prepared.attributes = encodeAttributes(prepared.content);
 

@@ -40,7 +40,7 @@ std::string nameOfWritableVolume(const fs::path& path, const DiskExtent& extent)
 {
     const auto file = openLocalFile(path, OpenMode::readWrite);
     const auto volume = sliceOf(*file, extent.start * sectorSize, extent.count * sectorSize);
-    return hfs::VolumeEditor(*volume).root().name;
+    return hfs::VolumeEditor(*volume).name();
 }
 
 Session describeImage(const fs::path& path, bool readOnly, bool readWrite)

@@ -52,18 +52,22 @@ hfs::Entry scan(const fs::path& path, std::string name, const ScanOptions& optio
     entry.created = entry.modified;
     takeAttributes(entry, path, status.extendedAttributes);
     switch (status.kind) {
-    case FileKind::folder:
+    case FileKind::folder: {
         entry.kind = hfs::EntryKind::folder;
-        for (std::string& child : listFolder(path)) {
+        std::vector<std::string> names = listFolder(path);
+        entry.children.reserve(names.size());
+        for (std::string& child : names) {
             const fs::path childPath = path / child;
             entry.children.push_back(scan(childPath, std::move(child), options));
         }
         break;
+    }
     case FileKind::regular:
         entry.kind = hfs::EntryKind::file;
         entry.dataSize = status.size;
-        entry.openData = [path]() -> std::unique_ptr<diskimage::Source> {
-            return openLocalFile(path, diskimage::OpenMode::readOnly);
+        // As text: a path object takes a piece of memory for each of its parts.
+        entry.openData = [file = path.string()]() -> std::unique_ptr<diskimage::Source> {
+            return openLocalFile(file, diskimage::OpenMode::readOnly);
         };
         break;
     case FileKind::symlink:
