@@ -112,7 +112,7 @@ enum class Format { udrw, udro, udzo };
 
 struct ConvertOptions {
     Format format = Format::udzo;
-    int zlibLevel = 6;                      ///< 1 to 9
+    int zlibLevel = 6;                      ///< 1 to 9: chunks take no more room than with zlib's level
     unsigned threads = 0;                   ///< 0: all cores. The result does not depend on it
     Guid segmentId{};                       ///< all zero lets it be derived from the content
     std::function<void(double)> progress{}; ///< called with 0..1, from the calling thread

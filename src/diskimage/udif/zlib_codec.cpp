@@ -2,13 +2,29 @@
 
 #include "diskimage/base/error.h"
 
+#include <array>
 #include <libdeflate.h>
 #include <new>
 
 namespace velmora::diskimage::udif
 {
 
-ZlibCompressor::ZlibCompressor(int level) : m_compressor(libdeflate_alloc_compressor(level), libdeflate_free_compressor)
+namespace
+{
+
+/// For each of zlib's levels the fastest of libdeflate's that makes an application no larger than zlib does; measured,
+/// with a reserve for other content (docs/performance.md).
+constexpr std::array<int, 9> fastLevels{1, 2, 2, 3, 5, 5, 6, 6, 6};
+
+} // namespace
+
+int libdeflateLevel(int zlibLevel)
+{
+    return fastLevels.at(static_cast<std::size_t>(zlibLevel - 1));
+}
+
+ZlibCompressor::ZlibCompressor(int zlibLevel)
+    : m_compressor(libdeflate_alloc_compressor(libdeflateLevel(zlibLevel)), libdeflate_free_compressor)
 {
     if (!m_compressor)
         throw std::bad_alloc();

@@ -9,12 +9,15 @@ struct libdeflate_compressor;
 namespace velmora::diskimage::udif
 {
 
+/// The level of libdeflate that stands for a zlib level from 1 to 9: its result is no larger, and it is fast.
+int libdeflateLevel(int zlibLevel);
+
 /// Compresses chunks to zlib streams. One object a thread.
 class ZlibCompressor
 {
 public:
-    /// `level` from 1 to 9.
-    explicit ZlibCompressor(int level);
+    /// As small as zlib at this level, 1 to 9.
+    explicit ZlibCompressor(int zlibLevel);
     /// The stream, or nothing when it would not be smaller than `bytes`.
     [[nodiscard]] Bytes compress(ByteView bytes) const;
 
