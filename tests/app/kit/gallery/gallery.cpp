@@ -1,0 +1,37 @@
+// gallery FOLDER [RATIO]: draws the kit in all themes into pictures. Run it with QT_SCALE_FACTOR=RATIO.
+#include "app/kit/look.h"
+#include "app/theme/theme_manager.h"
+#include "icon_sheet.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QWidget>
+
+#include <cstdlib>
+
+#include "board.h"
+
+int main(int argc, char** argv)
+{
+    using namespace velmora;
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 2)
+        return EXIT_FAILURE;
+    const QDir folder(arguments.at(1));
+    const double ratio = application.devicePixelRatio();
+    for (const AppTheme theme : allAppThemes) {
+        const Look look = makeLook(theme, defaultSystemAccent(), readDesktop());
+        applyLook(application, look);
+        const QString suffix = QStringLiteral("-%1-%2x.png").arg(static_cast<int>(theme)).arg(ratio);
+        iconSheet(look, ratio).save(folder.filePath("icons" + suffix));
+        for (const Board& board : makeBoards()) {
+            board.widget->show();
+            QApplication::processEvents();
+            QApplication::processEvents();
+            board.widget->grab().save(folder.filePath(board.name + suffix));
+            delete board.widget;
+        }
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/kit/look.h"
+
+#include <QImage>
+
+namespace velmora
+{
+
+/// All icons of the family in their sizes, on the panel, and the tools in their states on the chrome. `ratio` device
+/// pixels to the point.
+QImage iconSheet(const Look& look, double ratio);
+
+} // namespace velmora
