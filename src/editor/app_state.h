@@ -28,11 +28,14 @@ struct BuildOutcome;
 /// What the centre of the window edits.
 enum class EditorMode { contents, background, licenses };
 
-/// Indices of the inspector tabs that operations switch to.
+/// Indices of the inspector tabs.
 namespace InspectorTab
 {
 inline constexpr int layout = 0;
+inline constexpr int volume = 1;
+inline constexpr int fileInfo = 2;
 inline constexpr int arrange = 3;
+inline constexpr int text = 4;
 } // namespace InspectorTab
 
 /// The one state behind the editor window: the open project, what is selected, where the document lies, the running

@@ -1,0 +1,67 @@
+#include "app/build/build_note.h"
+
+#include "app/clipped_label.h"
+#include "app/kit/look.h"
+#include "app/kit/paint.h"
+#include "app/plain_widgets.h"
+#include "app/text.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace velmora
+{
+
+BuildNote::BuildNote(QWidget* parent)
+    : QWidget(parent),
+      m_headline(new ClippedLabel(Type::controlStrong, 1, QPalette::WindowText)),
+      m_detail(new ClippedLabel(Type::hint, 2, QPalette::PlaceholderText)),
+      m_button(new QPushButton)
+{
+    const Look& look = lookOf(this);
+    setObjectName(QStringLiteral("build.note"));
+    m_button->setObjectName(QStringLiteral("build.remedy"));
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(look.length(2));
+    texts->addStretch(1);
+    texts->addWidget(m_headline);
+    texts->addWidget(m_detail);
+    texts->addStretch(1);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(look.length(12), look.length(8), look.length(12), look.length(8));
+    layout->setSpacing(look.length(16));
+    layout->addLayout(texts, 1);
+    layout->addWidget(m_button);
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setSizePolicy(policy);
+}
+
+void BuildNote::show(Kind kind, const QString& headline, const QString& detail, const QString& button)
+{
+    m_kind = kind;
+    m_headline->setText(headline);
+    m_detail->setText(detail);
+    m_detail->setVisible(!detail.isEmpty());
+    m_button->setText(withoutMnemonics(button));
+    m_button->setAccessibleName(accessibleText(button));
+    m_button->setVisible(!button.isEmpty());
+    setAccessibleName(headline);
+    setAccessibleDescription(detail);
+    setFixedHeight(lookOf(this).length(detail.isEmpty() ? 44 : 64));
+    QWidget::show();
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void BuildNote::paintEvent(QPaintEvent*)
+{
+    const Look& look = lookOf(this);
+    QPainter painter(this);
+    drawBox(painter, rect(), look.length(measure::noteRadius),
+            m_kind == Kind::error ? look.roles.errorGround : look.roles.warningGround, QColor());
+}
+
+} // namespace velmora

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "app/app_context.h"
+
+#include <QWidget>
+
+#include <array>
+
+class QLabel;
+class QScrollArea;
+class QStackedWidget;
+
+namespace velmora
+{
+
+class InspectorPanel;
+class TabRail;
+
+/// The column at the window's right: the panel of the chosen tab, and the tabs. A panel is made when it is first shown.
+class Inspector : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Inspector(const AppContext& context, QWidget* parent = nullptr);
+
+    /// In points.
+    static constexpr double width = 360;
+
+    /// What F6 steps through.
+    [[nodiscard]] QWidget* panelArea() const;
+    [[nodiscard]] QWidget* tabColumn() const;
+    /// Gives the focus to the first field of the panel.
+    void focusFirstField();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void showTab();
+    void retranslate();
+
+    static constexpr int tabCount = 5;
+
+    AppContext m_context;
+    QLabel* m_title;
+    QStackedWidget* m_stack;
+    TabRail* m_rail;
+    QWidget* m_panelArea;
+    std::array<QScrollArea*, tabCount> m_pages{};
+    std::array<InspectorPanel*, tabCount> m_panels{};
+};
+
+} // namespace velmora

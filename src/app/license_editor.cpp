@@ -1,0 +1,160 @@
+#include "app/license_editor.h"
+
+#include "app/plain_widgets.h"
+#include "app/text.h"
+#include "editor/app_state.h"
+#include "l10n/labels.h"
+#include "pipeline/text.h"
+#include "platform/file_tree.h"
+#include "platform/ports/alerts.h"
+#include "platform/ports/file_panels.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <exception>
+
+namespace velmora
+{
+namespace
+{
+
+/// No agreement is this long; a larger file was chosen by mistake.
+constexpr std::uint64_t longestText = 4 * 1024 * 1024;
+
+/// Line ends as the text field keeps them.
+QString withPlainLineEnds(QString text)
+{
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return text;
+}
+
+std::string readText(const std::filesystem::path& file)
+{
+    std::string bytes = readFile(file, longestText);
+    if (bytes.rfind("\xEF\xBB\xBF", 0) == 0)
+        bytes.erase(0, 3);
+    if (!isUtf8(bytes) || bytes.find('\0') != std::string::npos)
+        throw FileError("\"" + file.string() + "\" is not a text in UTF-8.");
+    return bytes;
+}
+
+} // namespace
+
+LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
+    : QWidget(parent),
+      m_context(context),
+      m_include(new QCheckBox(qtText(Labels::includeInImage))),
+      m_text(new QPlainTextEdit),
+      m_hint(makeHint(qtText(Labels::licenseLeftOut))),
+      m_count(makeHint(QString(), Type::control))
+{
+    const Look& look = lookOf(this);
+    setObjectName(QStringLiteral("license"));
+    setAccessibleName(qtText(Labels::licenseAgreement));
+    m_include->setObjectName(QStringLiteral("license.include"));
+    m_include->setAccessibleName(qtText(Labels::includeInImage));
+    m_text->setObjectName(QStringLiteral("license.text"));
+    m_text->setAccessibleName(qtText(Labels::licenseAgreement));
+    m_text->setFont(look.font(Type::document));
+    m_text->setPlaceholderText(qtText(Labels::licensePlaceholder));
+    m_text->setTabChangesFocus(true);
+    m_text->installEventFilter(this);
+    auto* import = makeLargeButton(qtText(Labels::importText), "license.import");
+    auto* clear = makeLargeButton(qtText(Labels::clear), "license.clear");
+
+    auto* titles = new QVBoxLayout;
+    titles->setSpacing(look.length(2));
+    titles->addWidget(makeLabel(qtText(Labels::licenseAgreement), Type::pageTitle));
+    titles->addWidget(makeHint(qtText(Labels::licenseExplanation), Type::control));
+    auto* head = new QHBoxLayout;
+    head->addLayout(titles, 1);
+    head->addWidget(m_include, 0, Qt::AlignTop);
+    auto* tools = new QHBoxLayout;
+    tools->setSpacing(look.length(8));
+    tools->addWidget(import);
+    tools->addWidget(clear);
+    tools->addWidget(m_hint, 1);
+    m_count->setWordWrap(false);
+    tools->addWidget(m_count);
+    auto* layout = new QVBoxLayout(this);
+    const int side = look.length(32);
+    layout->setContentsMargins(side, look.length(24), side, look.length(20));
+    layout->setSpacing(look.length(16));
+    layout->addLayout(head);
+    layout->addWidget(m_text, 1);
+    layout->addLayout(tools);
+
+    AppState& state = m_context.state;
+    connect(m_include, &QCheckBox::clicked, this,
+            [&state](bool on) { state.edit({}, [on](DMGProject& project) { project.licenseEnabled = on; }); });
+    connect(m_text, &QPlainTextEdit::textChanged, this, &LicenseEditor::storeText);
+    connect(import, &QPushButton::clicked, this, &LicenseEditor::importText);
+    connect(clear, &QPushButton::clicked, this,
+            [&state] { state.edit({}, [](DMGProject& project) { project.licenseText.clear(); }); });
+    connect(&state, &AppState::projectChanged, this, [this] {
+        if (isVisible())
+            refresh();
+    });
+    connect(&state, &AppState::editorModeChanged, this, &LicenseEditor::refresh);
+    refresh();
+}
+
+QString LicenseEditor::shownText() const
+{
+    // toPlainText() would turn every no-break space into a blank.
+    QString text = m_text->document()->toRawText();
+    return text.replace(QChar::ParagraphSeparator, QLatin1Char('\n')).replace(QChar::LineSeparator, QLatin1Char('\n'));
+}
+
+void LicenseEditor::refresh()
+{
+    const DMGProject& project = m_context.state.project();
+    m_refreshing = true;
+    m_include->setChecked(project.licenseEnabled);
+    const QString text = withPlainLineEnds(qtText(project.licenseText));
+    if (text != shownText())
+        m_text->setPlainText(text);
+    m_refreshing = false;
+    m_hint->setVisible(!project.licenseEnabled && !project.licenseText.empty());
+    const auto lines = text.isEmpty() ? 0 : text.count(QLatin1Char('\n')) + 1;
+    m_count->setText(qtText(Labels::licenseCount).arg(text.size()).arg(lines));
+}
+
+void LicenseEditor::storeText()
+{
+    if (m_refreshing)
+        return;
+    const std::string text = shownText().toStdString();
+    if (text == withPlainLineEnds(qtText(m_context.state.project().licenseText)).toStdString())
+        return;
+    m_context.state.edit({.field = "licenseText"}, [&](DMGProject& project) { project.licenseText = text; });
+}
+
+void LicenseEditor::importText()
+{
+    const auto files =
+        m_context.panels.open({.types = {{"Text", {"txt", "text", "md", "license"}}, {"All Files", {}}}});
+    if (files.empty())
+        return;
+    try {
+        const std::string text = readText(files.front());
+        m_context.state.edit({}, [&](DMGProject& project) { project.licenseText = text; });
+    } catch (const std::exception& error) {
+        m_context.alerts.show({.title = "Velmora", .text = std::string("Could not import the text:\n") + error.what()});
+    }
+}
+
+bool LicenseEditor::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::FocusOut)
+        m_context.state.endTypingRun();
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace velmora

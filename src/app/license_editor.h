@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/app_context.h"
+
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QPlainTextEdit;
+
+namespace velmora
+{
+
+/// The work area while the licence agreement is edited: a switch, its text, ways to fill and empty it.
+class LicenseEditor : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit LicenseEditor(const AppContext& context, QWidget* parent = nullptr);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void refresh();
+    void storeText();
+    void importText();
+    [[nodiscard]] QString shownText() const;
+
+    AppContext m_context;
+    QCheckBox* m_include;
+    QPlainTextEdit* m_text;
+    QLabel* m_hint;
+    QLabel* m_count;
+    bool m_refreshing = false;
+};
+
+} // namespace velmora

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "app/kit/look.h"
+
+#include <QString>
+
+class QLabel;
+class QPushButton;
+class QWidget;
+
+namespace velmora
+{
+
+/// A label whose text is shown as it stands, whatever is in it.
+QLabel* makeLabel(const QString& text, Type type, QWidget* parent = nullptr);
+/// The same in secondary ink, wrapped.
+QLabel* makeHint(const QString& text, Type type = Type::hint, QWidget* parent = nullptr);
+/// A push button of sheets and settings. `objectName` is its name for tests and tools.
+QPushButton* makeLargeButton(const QString& text, const char* objectName, QWidget* parent = nullptr);
+/// An accessible name out of a control's text: without the ellipsis and colon at its end.
+QString accessibleText(QString text);
+
+} // namespace velmora
