@@ -69,9 +69,9 @@ void setInk(QPalette& palette, QPalette::ColorGroup group, const QColor& ink)
 
 } // namespace
 
-Desktop readDesktop()
+DesktopLook readDesktop()
 {
-    Desktop desktop;
+    DesktopLook desktop;
     const QFont general = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     desktop.family = general.family();
     desktop.fixedFamily = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
@@ -102,7 +102,7 @@ int Look::lineHeight(Type type) const
     return length(typeRow(type).line);
 }
 
-Look makeLook(AppTheme theme, const QColor& systemAccent, const Desktop& desktop)
+Look makeLook(AppTheme theme, const QColor& systemAccent, const DesktopLook& desktop)
 {
     Look look;
     look.theme = theme;

@@ -33,7 +33,7 @@ enum class Type {
 };
 
 /// What the desktop says about how a person reads and what moves; read once, when the program starts.
-struct Desktop {
+struct DesktopLook {
     QString family{};            ///< of the interface font
     QString fixedFamily{};       ///< of the fixed font
     double fontPixelSize = 13;   ///< of the interface font
@@ -42,7 +42,7 @@ struct Desktop {
 };
 
 /// The running desktop. Needs an application.
-Desktop readDesktop();
+DesktopLook readDesktop();
 
 /// Everything a painter has to know, read at paint time and never kept. Lengths in this interface are points; `length`
 /// turns them into device-independent pixels.
@@ -69,7 +69,7 @@ struct Look {
 };
 
 /// The look of a theme on a desktop. `systemAccent` is the desktop's accent, which only the light theme shows.
-Look makeLook(AppTheme theme, const QColor& systemAccent, const Desktop& desktop);
+Look makeLook(AppTheme theme, const QColor& systemAccent, const DesktopLook& desktop);
 
 /// The roles as Qt's own widgets and panels ask for them. Secondary ink is PlaceholderText, the panel AlternateBase,
 /// an error BrightText and accented text Link, so a label follows the theme by its foreground role alone.
