@@ -93,7 +93,7 @@ void drawCaption(QPainter& painter, const DMGTextOverlay& overlay, Scale scale, 
     if (overlay.shadowEnabled) {
         const TextShadow shadow = shadowOf(overlay, textScale);
         if (reasonable({shadow.offset.x(), shadow.offset.y(), shadow.blur}))
-            text.drawShadow(painter, topLeft, shadow, QRectF(QPointF(0, 0), size));
+            text.drawShadow(painter, topLeft, shadow, visiblePart(painter, QRectF(QPointF(0, 0), size)));
     }
     text.draw(painter, topLeft, toQColor(overlay.color));
 }

@@ -46,12 +46,17 @@ int reducedPixels(const Span& span)
 
 } // namespace
 
+QRectF visiblePart(const QPainter& painter, const QRectF& rect)
+{
+    return painter.hasClipping() ? rect & painter.clipBoundingRect() : rect;
+}
+
 bool drawPicture(QPainter& painter, const QImage& image, const QRectF& rect, const QRectF& visible)
 {
     if (!drawable(rect))
         return false;
     constexpr double invisible = 1e-3; // less than that divides by next to nothing
-    const QRectF shown = rect & visible;
+    const QRectF shown = rect & visiblePart(painter, visible);
     if (image.isNull() || image.depth() % 8 != 0 || rect.width() < invisible || rect.height() < invisible ||
         shown.isEmpty())
         return true;

@@ -22,6 +22,9 @@ double iconLabelColumn(double iconSize, double scale);
 /// Where an icon is drawn: `position` is the item's stored position and `iconSize` the project's, in content points;
 /// `labelText` is the measured size of the label's text in view points.
 IconAreas drawnIconAreas(Point position, double iconSize, Size labelText, double scale);
+/// Where an icon is drawn whose label stands to the right: the picture alone is centred on the position, the label in
+/// the middle of its height, and the block is no wider than the two.
+IconAreas drawnIconAreasWithLabelBeside(Point position, double iconSize, Size labelText, double scale);
 /// Whether a press at the view point falls on the drawn icon: on its picture, on its label or between the two.
 /// The empty corners beside them belong to what lies below.
 bool iconTakes(const IconAreas& areas, Point viewPoint);

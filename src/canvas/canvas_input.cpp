@@ -1,0 +1,692 @@
+// What a hand does on the canvas: pointer, wheel, gestures, keys, dropped files.
+
+#include "canvas/canvas_accessibility.h"
+#include "canvas/canvas_view.h"
+#include "canvas/geometry/icon_drag.h"
+#include "canvas/hint_capsule.h"
+#include "canvas/overlay_layer.h"
+#include "canvas/text_layer.h"
+#include "l10n/labels.h"
+
+#include <QGestureEvent>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPinchGesture>
+#include <QTextDocument>
+#include <QToolTip>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmora
+{
+namespace
+{
+
+using Kind = CanvasElement::Kind;
+
+/// A shorter movement is a click by an unsteady hand.
+constexpr double shortestDrag = 1;
+
+bool isDrag(QPointF from, QPointF to)
+{
+    return std::hypot(to.x() - from.x(), to.y() - from.y()) >= shortestDrag;
+}
+
+Qt::CursorShape cursorOf(OverlayResizeHandle handle)
+{
+    switch (handle) {
+    case OverlayResizeHandle::topLeft:
+    case OverlayResizeHandle::bottomRight:
+        return Qt::SizeFDiagCursor;
+    case OverlayResizeHandle::topRight:
+    case OverlayResizeHandle::bottomLeft:
+        return Qt::SizeBDiagCursor;
+    case OverlayResizeHandle::top:
+    case OverlayResizeHandle::bottom:
+        return Qt::SizeVerCursor;
+    case OverlayResizeHandle::left:
+    case OverlayResizeHandle::right:
+        return Qt::SizeHorCursor;
+    }
+    return Qt::ArrowCursor;
+}
+
+bool isHandle(const std::vector<OverlayBox>& boxes, const std::optional<Uuid>& selected, Point point, double scale,
+              OverlayResizeHandle& handle)
+{
+    const auto box =
+        std::find_if(boxes.begin(), boxes.end(), [&](const OverlayBox& each) { return each.id == selected; });
+    const auto found = box == boxes.end() ? std::nullopt : BoxGeometry::handleAt(point, box->bounds, scale);
+    if (found)
+        handle = *found;
+    return found.has_value();
+}
+
+std::vector<ShownGuide> shown(const auto& guides)
+{
+    std::vector<ShownGuide> result;
+    for (const auto& guide : guides)
+        result.push_back({guide.vertical, guide.position});
+    return result;
+}
+
+/// The names of what the guides run through.
+QString alignmentOf(const std::vector<ShownGuide>& guides, const DMGProject& project, const Uuid& moved)
+{
+    QStringList names;
+    for (const ShownGuide& guide : guides) {
+        QString name = QString::fromUtf8(Labels::windowCenter);
+        for (const DMGItem& item : project.items) {
+            if (!item.hidden && item.id != moved && (guide.vertical ? item.x : item.y) == guide.position)
+                name = QString::fromStdString(item.displayName);
+        }
+        if (!names.contains(name))
+            names.append(name);
+    }
+    return names.isEmpty() ? QString()
+                           : QString::fromUtf8(Labels::canvasAlignedWith).arg(names.join(QStringLiteral(", ")));
+}
+
+} // namespace
+
+// What lies under a point.
+
+CanvasView::Hit CanvasView::hitAt(QPointF point)
+{
+    if (CanvasScene::showsEmptyHint(m_state.project()) &&
+        EmptyHint(m_viewport.placement().window(), size()).link().contains(point))
+        return {Hit::Kind::link, {}, {}};
+    const CanvasPlacement place = m_viewport.placement();
+    for (const CanvasWarning& warning : warnings()) {
+        if (warning.kind == CanvasWarning::Kind::outsideWindow &&
+            BoxGeometry::contains(edgeBadge(warning, m_state.project().contentSize(), place.scale),
+                                  place.toView(point)))
+            return {Hit::Kind::badge, warning.item, {}};
+    }
+    return m_state.editorMode() == EditorMode::background ? hitInBackground(point) : hitInContents(point);
+}
+
+CanvasView::Hit CanvasView::hitInContents(QPointF point)
+{
+    const CanvasPlacement place = m_viewport.placement();
+    if (!place.content.contains(point))
+        return {};
+    const DMGProject& project = m_state.project();
+    for (auto item = project.items.rbegin(); item != project.items.rend(); ++item) {
+        if (item->hidden)
+            continue;
+        const IconAreas areas = m_scene.icons().areas(*item, project, place.scale, item->id == m_state.selection());
+        if (iconTakes(areas, place.toView(point)))
+            return {Hit::Kind::icon, item->id, {}};
+    }
+    return {Hit::Kind::background, {}, {}};
+}
+
+CanvasView::Hit CanvasView::hitInBackground(QPointF point) const
+{
+    const CanvasPlacement place = m_viewport.placement();
+    const Point view = place.toView(point);
+    const DMGProject& project = m_state.project();
+    const auto texts = TextLayer::boxes(project);
+    const auto overlays = OverlayLayer::boxes(project);
+    if (!place.content.contains(point)) {
+        // A box may stand out of the window; its handles are drawn there and are meant to be used.
+        OverlayResizeHandle handle{};
+        if (isHandle(texts, m_state.textSelection(), view, place.scale, handle))
+            return {Hit::Kind::text, *m_state.textSelection(), handle};
+        if (isHandle(overlays, m_state.overlaySelection(), view, place.scale, handle))
+            return {Hit::Kind::overlay, *m_state.overlaySelection(), handle};
+        return {};
+    }
+    if (const auto text = BoxGeometry::hitTest(view, texts, m_state.textSelection(), place.scale))
+        return {Hit::Kind::text, text->id, text->handle};
+    if (const auto overlay = BoxGeometry::hitTest(view, overlays, m_state.overlaySelection(), place.scale))
+        return {Hit::Kind::overlay, overlay->id, overlay->handle};
+    return {Hit::Kind::background, {}, {}};
+}
+
+void CanvasView::showCursor(QPointF point)
+{
+    if (m_spaceHeld || std::holds_alternative<Pan>(m_action)) {
+        setCursor(std::holds_alternative<Pan>(m_action) ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
+        return;
+    }
+    if (isActing())
+        return;
+    const Hit hit = hitAt(point);
+    const bool onLink = hit.kind == Hit::Kind::link;
+    if (onLink != m_linkHovered) {
+        m_linkHovered = onLink;
+        update(EmptyHint(m_viewport.placement().window(), size()).area().toAlignedRect().adjusted(-1, -1, 1, 1));
+    }
+    switch (hit.kind) {
+    case Hit::Kind::link:
+    case Hit::Kind::badge:
+        setCursor(Qt::PointingHandCursor);
+        break;
+    case Hit::Kind::icon:
+        setCursor(Qt::OpenHandCursor);
+        break;
+    case Hit::Kind::text:
+    case Hit::Kind::overlay:
+        setCursor(hit.handle ? cursorOf(*hit.handle) : Qt::OpenHandCursor);
+        break;
+    case Hit::Kind::background:
+        setCursor(m_state.editorMode() == EditorMode::background && m_state.hasBackgroundImage() ? Qt::OpenHandCursor
+                                                                                                 : Qt::ArrowCursor);
+        break;
+    case Hit::Kind::nothing:
+        setCursor(Qt::ArrowCursor);
+        break;
+    }
+}
+
+// Pressing, dragging, releasing.
+
+void CanvasView::mousePressEvent(QMouseEvent* event)
+{
+    event->accept();
+    m_keyboardFocus = false;
+    const QPointF point = event->position();
+    if (isActing())
+        return; // a second button does not interfere
+    if (event->button() == Qt::MiddleButton || (event->button() == Qt::LeftButton && m_spaceHeld)) {
+        m_action = Pan{point, m_viewport.scrollPosition()};
+        showCursor(point);
+        return;
+    }
+    if (event->button() != Qt::LeftButton)
+        return;
+    QToolTip::hideText();
+    m_before = {{m_state.selection(), m_state.overlaySelection(), m_state.textSelection()},
+                m_state.inspectorTab(),
+                m_state.editorMode()};
+    const Hit hit = hitAt(point);
+    if (hit.kind == Hit::Kind::link)
+        m_action = LinkPress{};
+    else if (hit.kind == Hit::Kind::badge)
+        m_state.selectItem(hit.id);
+    else if (m_state.editorMode() == EditorMode::background)
+        pressBackground(hit, point);
+    else
+        pressContents(hit, point);
+}
+
+void CanvasView::pressContents(const Hit& hit, QPointF point)
+{
+    if (hit.kind == Hit::Kind::icon) {
+        m_state.selectItem(hit.id);
+        m_action = IconPress{hit.id, point};
+    } else if (hit.kind == Hit::Kind::background) {
+        selectNothing(m_state);
+    }
+}
+
+void CanvasView::pressBackground(const Hit& hit, QPointF point)
+{
+    if (hit.kind == Hit::Kind::text)
+        beginBox(Kind::text, point);
+    else if (hit.kind == Hit::Kind::overlay)
+        beginBox(Kind::overlay, point);
+    else if (hit.kind == Hit::Kind::background) {
+        m_state.selectOverlay({});
+        if (m_state.hasBackgroundImage()) {
+            const DMGProject& project = m_state.project();
+            const Point offsets{project.backgroundImageOffsetX, project.backgroundImageOffsetY};
+            m_action = BackgroundPress{{offsets, m_viewport.placement().toView(point)}, point};
+        }
+    }
+}
+
+void CanvasView::beginBox(CanvasElement::Kind kind, QPointF point)
+{
+    const bool text = kind == Kind::text;
+    const CanvasPlacement place = m_viewport.placement();
+    const auto boxes = text ? TextLayer::boxes(m_state.project()) : OverlayLayer::boxes(m_state.project());
+    const auto selected = text ? m_state.textSelection() : m_state.overlaySelection();
+    const auto drag = beginBoxDrag(place.toView(point), boxes, selected, place.scale);
+    if (!drag)
+        return;
+    if (selected != drag->id)
+        select(m_state, {kind, drag->id});
+    m_action = BoxPress{*drag, kind};
+    if (!drag->handle)
+        setCursor(Qt::ClosedHandCursor);
+    updateElement({kind, drag->id});
+}
+
+void CanvasView::mouseMoveEvent(QMouseEvent* event)
+{
+    event->accept();
+    const bool held = event->buttons() & (Qt::LeftButton | Qt::MiddleButton);
+    if (isActing() && !held)
+        finish(Ending::done); // the release went elsewhere
+    if (isActing())
+        drag(event->position());
+    else
+        showCursor(event->position());
+}
+
+void CanvasView::drag(QPointF point)
+{
+    if (auto* icon = std::get_if<IconPress>(&m_action))
+        dragIconTo(*icon, point);
+    else if (auto* box = std::get_if<BoxPress>(&m_action))
+        dragBoxTo(*box, point);
+    else if (auto* background = std::get_if<BackgroundPress>(&m_action))
+        dragBackgroundTo(*background, point);
+    else if (const auto* pan = std::get_if<Pan>(&m_action)) {
+        m_viewport.scrollTo(pan->scroll - (point - pan->start));
+        layOut();
+    }
+}
+
+void CanvasView::dragIconTo(IconPress& press, QPointF point)
+{
+    if (!press.dragging && !isDrag(press.start, point))
+        return;
+    m_state.selectItem(press.id);
+    const auto binding = m_state.binding(press.id);
+    if (!binding)
+        return finish(Ending::done);
+    if (!press.dragging) {
+        press.dragging = true;
+        setCursor(Qt::ClosedHandCursor);
+        m_state.beginGesture();
+    }
+    const CanvasPlacement place = m_viewport.placement();
+    const DMGProject& project = m_state.project();
+    const IconDrag moved = dragIcon(press.id, place.toView(point), place.scale, project.items, project.contentSize());
+    updateGuides(shown(moved.guides));
+    DMGItem item = binding->read();
+    item.setPosition(moved.position);
+    binding->write(item);
+}
+
+void CanvasView::dragBoxTo(BoxPress& press, QPointF point)
+{
+    const CanvasPlacement place = m_viewport.placement();
+    const DMGProject& project = m_state.project();
+    std::vector<DMGItem> visible;
+    std::copy_if(project.items.begin(), project.items.end(), std::back_inserter(visible),
+                 [](const DMGItem& item) { return !item.hidden; });
+    const Rect before = press.drag.liveBounds;
+    continueBoxDrag(press.drag, place.toView(point), place.scale, {project.contentSize(), visible, project.iconSize});
+    updateGuides(shown(press.drag.guides));
+    if (press.drag.liveBounds == before)
+        return;
+    for (const Rect& bounds : {before, press.drag.liveBounds}) {
+        updateInContent(boxSelectionArea(bounds, place.scale));
+        if (const DMGTextOverlay* text = findElement(project.textOverlays, press.drag.id)) {
+            DMGTextOverlay there = *text;
+            there.setBounds(bounds);
+            updateInContent(TextLayer::inkArea(there, place.scale));
+        }
+    }
+    emit boxDragged(press.drag.id, press.drag.liveBounds);
+}
+
+void CanvasView::dragBackgroundTo(BackgroundPress& press, QPointF point)
+{
+    if (!press.dragging && !isDrag(press.start, point))
+        return;
+    m_state.setSelection({});
+    if (!press.dragging) {
+        press.dragging = true;
+        setCursor(Qt::ClosedHandCursor);
+        m_state.beginGesture();
+    }
+    const CanvasPlacement place = m_viewport.placement();
+    const Point offsets = press.drag.offsets(place.toView(point), place.scale);
+    m_state.edit({"backgroundOffset", {}}, [&](DMGProject& project) {
+        project.backgroundImageOffsetX = offsets.x;
+        project.backgroundImageOffsetY = offsets.y;
+    });
+}
+
+void CanvasView::mouseReleaseEvent(QMouseEvent* event)
+{
+    event->accept();
+    if (std::holds_alternative<LinkPress>(m_action) && hitAt(event->position()).kind == Hit::Kind::link) {
+        m_action = {};
+        m_state.addFilesViaPanel();
+        return;
+    }
+    const bool pan = std::holds_alternative<Pan>(m_action);
+    if (event->button() == Qt::LeftButton || (pan && event->button() == Qt::MiddleButton))
+        finish(Ending::done);
+    showCursor(event->position());
+}
+
+void CanvasView::finish(Ending ending)
+{
+    const Action action = std::exchange(m_action, Action{});
+    if (std::holds_alternative<std::monostate>(action))
+        return;
+    m_alignment.clear();
+    if (const auto* icon = std::get_if<IconPress>(&action))
+        finishIcon(*icon, ending);
+    else if (const auto* box = std::get_if<BoxPress>(&action))
+        finishBox(*box, ending);
+    else if (const auto* background = std::get_if<BackgroundPress>(&action); background && background->dragging) {
+        if (ending == Ending::done)
+            m_state.endGesture();
+        else
+            m_state.cancelGesture();
+        redrawAll();
+    }
+    updateGuides({});
+    if (ending == Ending::givenUp)
+        restoreSelections();
+    setCursor(m_spaceHeld ? Qt::OpenHandCursor : Qt::ArrowCursor);
+}
+
+void CanvasView::finishIcon(const IconPress& press, Ending ending)
+{
+    if (!press.dragging) {
+        if (ending == Ending::done)
+            m_state.setInspectorTab(InspectorTab::arrange);
+        return;
+    }
+    if (ending == Ending::givenUp) {
+        m_state.cancelGesture();
+    } else {
+        m_state.endGesture();
+        m_alignment = alignmentOf(m_guides, m_state.project(), press.id);
+        announceMoved(*this, {Kind::item, press.id});
+    }
+    updateElement({Kind::item, press.id});
+}
+
+void CanvasView::finishBox(const BoxPress& press, Ending ending)
+{
+    const CanvasElement element{press.kind, press.drag.id};
+    if (ending == Ending::done) {
+        if (press.kind == Kind::text)
+            m_state.commitTextOverlayBounds(element.id, press.drag.liveBounds);
+        else
+            m_state.commitOverlayBounds(element.id, press.drag.liveBounds);
+        m_alignment = alignmentOf(m_guides, m_state.project(), element.id);
+        announceMoved(*this, element);
+    } else {
+        emit boxDragged(element.id, press.drag.startBounds);
+    }
+    update();
+}
+
+void CanvasView::restoreSelections()
+{
+    if (m_state.selection() != m_before.selections.item)
+        m_state.selectItem(m_before.selections.item);
+    if (m_state.overlaySelection() != m_before.selections.overlay)
+        m_state.selectOverlay(m_before.selections.overlay);
+    if (m_state.textSelection() != m_before.selections.text)
+        m_state.selectTextOverlay(m_before.selections.text);
+    m_state.setEditorMode(m_before.mode);
+    m_state.setInspectorTab(m_before.tab);
+}
+
+void CanvasView::enterEvent(QEnterEvent* /*event*/)
+{
+    // Another program may have saved a picture while the pointer was there.
+    if (!isActing())
+        lookAtFilesAgain();
+}
+
+void CanvasView::leaveEvent(QEvent* /*event*/)
+{
+    if (std::exchange(m_linkHovered, false))
+        update();
+}
+
+// Scrolling and zooming.
+
+void CanvasView::wheelEvent(QWheelEvent* event)
+{
+    event->accept();
+    if (isActing())
+        return;
+    if (event->modifiers() & Qt::ControlModifier) {
+        constexpr double perEighthOfADegree = 1.0015;
+        m_viewport.zoomAt(event->position(),
+                          m_viewport.scale() * std::pow(perEighthOfADegree, event->angleDelta().y()));
+        watchView();
+        return;
+    }
+    constexpr double pointsPerEighthOfADegree = 0.5;
+    QPointF distance = event->pixelDelta().isNull() ? QPointF(event->angleDelta()) * pointsPerEighthOfADegree
+                                                    : QPointF(event->pixelDelta());
+    if (event->modifiers() & Qt::ShiftModifier && distance.x() == 0)
+        distance = distance.transposed();
+    panBy(distance);
+}
+
+void CanvasView::panBy(QPointF distance)
+{
+    m_viewport.scrollTo(m_viewport.scrollPosition() - distance);
+    layOut();
+}
+
+bool CanvasView::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::NativeGesture: {
+        const auto* gesture = static_cast<QNativeGestureEvent*>(event);
+        if (gesture->gestureType() != Qt::ZoomNativeGesture || isActing())
+            break;
+        m_viewport.zoomAt(gesture->position(), m_viewport.scale() * (1 + gesture->value()));
+        watchView();
+        return true;
+    }
+    case QEvent::Gesture: {
+        auto* gestures = static_cast<QGestureEvent*>(event);
+        const auto* pinch = static_cast<QPinchGesture*>(gestures->gesture(Qt::PinchGesture));
+        if (!pinch)
+            break;
+        finish(Ending::givenUp);
+        m_viewport.zoomAt(mapFromGlobal(pinch->hotSpot()), m_viewport.scale() * pinch->scaleFactor());
+        watchView();
+        return true;
+    }
+    case QEvent::ToolTip: {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        if (showToolTip(help->pos(), help->globalPos()))
+            return true;
+        QToolTip::hideText();
+        event->ignore();
+        return true;
+    }
+    case QEvent::UngrabMouse:
+        finish(Ending::done);
+        break;
+    case QEvent::ShortcutOverride: {
+        // The commands of menus would get the keys first, and during a drag none of them may come between.
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const bool own = key->modifiers() == Qt::NoModifier || key->modifiers() == Qt::KeypadModifier;
+        const bool canvasKey = key->key() == Qt::Key_Delete || key->key() == Qt::Key_Backspace ||
+                               key->key() == Qt::Key_Escape || key->key() == Qt::Key_Space;
+        if (isActing() || (own && canvasKey)) {
+            event->accept();
+            return true;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+bool CanvasView::showToolTip(QPointF point, const QPoint& globalPoint)
+{
+    const Hit hit = hitAt(point);
+    QString text;
+    if (hit.kind == Hit::Kind::icon || hit.kind == Hit::Kind::badge) {
+        text = m_scene.warningText(hit.id);
+    } else if (hit.kind == Hit::Kind::overlay) {
+        const DMGOverlayImage* overlay = findElement(m_state.project().overlayImages, hit.id);
+        if (overlay && m_scene.isMissing(*overlay))
+            text = QString::fromUtf8(Labels::canvasMissingPicture).arg(QString::fromStdString(overlay->sourcePath));
+    }
+    if (text.isEmpty())
+        return false;
+    // Names are anybody's text and must not be read as markup.
+    QToolTip::showText(globalPoint, Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal), this);
+    return true;
+}
+
+// Keys.
+
+void CanvasView::keyPressEvent(QKeyEvent* event)
+{
+    event->accept();
+    if (event->key() == Qt::Key_Escape) {
+        if (isActing())
+            finish(Ending::givenUp);
+        else
+            selectNothing(m_state);
+        return;
+    }
+    if (isActing() || zoomKey(*event))
+        return;
+    const double step = event->modifiers() & Qt::ShiftModifier ? 10 : 1;
+    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (!plain) {
+        event->ignore();
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return nudge(-step, 0);
+    case Qt::Key_Right:
+        return nudge(step, 0);
+    case Qt::Key_Up:
+        return nudge(0, -step);
+    case Qt::Key_Down:
+        return nudge(0, step);
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        return removeSelection();
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        emit editSelectionRequested();
+        return;
+    case Qt::Key_Space:
+        if (!event->isAutoRepeat()) {
+            m_spaceHeld = true;
+            setCursor(Qt::OpenHandCursor);
+        }
+        return;
+    default:
+        event->ignore();
+    }
+}
+
+void CanvasView::keyReleaseEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space || event->isAutoRepeat()) {
+        event->ignore();
+        return;
+    }
+    m_spaceHeld = false;
+    if (!isActing())
+        showCursor(mapFromGlobal(QCursor::pos()));
+}
+
+bool CanvasView::zoomKey(const QKeyEvent& event)
+{
+    if (!(event.modifiers() & Qt::ControlModifier))
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        zoomIn();
+        return true;
+    case Qt::Key_Minus:
+        zoomOut();
+        return true;
+    case Qt::Key_9:
+        zoomToFit();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void CanvasView::nudge(double dx, double dy)
+{
+    const auto element = selectedElement(m_state);
+    m_alignment.clear();
+    if (element) {
+        m_state.nudgeSelection(dx, dy);
+        announceMoved(*this, *element);
+    } else if (m_state.editorMode() == EditorMode::background) {
+        m_state.nudgeBackgroundImage(dx, -dy); // stored offsets grow upward
+    }
+}
+
+void CanvasView::removeSelection()
+{
+    // With nothing selected that command would remove the background picture.
+    if (selectedElement(m_state))
+        m_state.removeSelectedOrBackground();
+}
+
+bool CanvasView::walk(bool forward)
+{
+    const auto elements = canvasElements(m_state.project(), m_state.editorMode());
+    const auto selected = selectedElement(m_state);
+    const auto at = selected ? std::find(elements.begin(), elements.end(), *selected) : elements.end();
+    if (elements.empty())
+        return false;
+    if (at == elements.end()) {
+        select(m_state, forward ? elements.front() : elements.back());
+        return true;
+    }
+    if (forward ? at + 1 == elements.end() : at == elements.begin())
+        return false;
+    select(m_state, forward ? *(at + 1) : *(at - 1));
+    return true;
+}
+
+bool CanvasView::focusNextPrevChild(bool next)
+{
+    if (!hasFocus()) // one of the controls on the canvas
+        return QWidget::focusNextPrevChild(next);
+    m_keyboardFocus = true;
+    return isActing() || walk(next) || QWidget::focusNextPrevChild(next);
+}
+
+void CanvasView::focusInEvent(QFocusEvent* event)
+{
+    m_keyboardFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
+                      event->reason() == Qt::ShortcutFocusReason;
+    update();
+    announceSelection(*this, selectedElement(m_state));
+}
+
+void CanvasView::focusOutEvent(QFocusEvent* /*event*/)
+{
+    finish(Ending::done);
+    m_keyboardFocus = false;
+    m_spaceHeld = false;
+    update();
+}
+
+// Dropped files.
+
+void CanvasView::dropFile(const std::filesystem::path& file, QPointF point)
+{
+    if (m_state.editorMode() == EditorMode::background && AppState::isImageURL(file)) {
+        m_state.addOverlayImage(file, m_viewport.placement().toContent(point));
+        return;
+    }
+    m_state.addFiles({file});
+    m_state.setEditorMode(EditorMode::contents);
+}
+
+} // namespace velmora

@@ -1,0 +1,129 @@
+#include "canvas/icon_drawing.h"
+
+#include <QPen>
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmora
+{
+namespace
+{
+
+constexpr double labelPadding = 3;
+constexpr double badgeSize = 16;
+constexpr qsizetype mostLabels = 5000;
+
+QFont::Weight weightOf(bool selected)
+{
+    // White on the accent is weak in some themes.
+    return selected ? QFont::DemiBold : QFont::Normal;
+}
+
+IconLabel shaped(const QString& name, double fontSize, double width, QFont::Weight weight)
+{
+    QStringList lines;
+    const qsizetype first = TextLine::fitting(name, fontSize, weight, width);
+    lines.append(name.left(first).trimmed());
+    if (first < name.size())
+        lines.append(TextLine::elided(name.mid(first).trimmed(), fontSize, weight, width));
+    IconLabel label;
+    for (const QString& line : lines) {
+        label.lines.emplace_back(line, fontSize, weight);
+        const QSizeF size = label.lines.back().size();
+        label.firstLine = {std::max(label.firstLine.width, size.width()), size.height()};
+        label.height += size.height();
+    }
+    return label;
+}
+
+} // namespace
+
+const IconLabel& IconLabels::label(const std::string& name, double fontSize, double column, bool selected)
+{
+    if (fontSize != m_fontSize || column != m_column || m_labels.size() > mostLabels) {
+        m_labels.clear();
+        m_fontSize = fontSize;
+        m_column = column;
+    }
+    const QString text = QString::fromStdString(name);
+    std::shared_ptr<IconLabel>& known = m_labels[(selected ? u'+' : u'-') + text];
+    if (!known)
+        known = std::make_shared<IconLabel>(shaped(text, fontSize, column - 2 * labelPadding, weightOf(selected)));
+    return *known;
+}
+
+IconAreas IconDrawing::areas(const DMGItem& item, const DMGProject& project, double scale, bool selected)
+{
+    const IconLabel& label = m_labels.label(item.displayName, iconLabelFontSize(project.textSize, scale),
+                                            iconLabelColumn(project.iconSize, scale), selected);
+    if (!project.labelOnBottom)
+        return drawnIconAreasWithLabelBeside(item.position(), project.iconSize, {label.firstLine.width, label.height},
+                                             scale);
+    IconAreas areas = drawnIconAreas(item.position(), project.iconSize, label.firstLine, scale);
+    const double more = label.height - label.firstLine.height;
+    areas.label.height += more;
+    areas.block.height += more;
+    areas.outline.height += more;
+    return areas;
+}
+
+Rect IconDrawing::inkArea(const DMGItem& item, const DMGProject& project, double scale)
+{
+    // The selected label is wider, and the selection's outline is the farthest of all.
+    const Rect outline = areas(item, project, scale, true).outline;
+    const Rect picture = areas(item, project, scale, false).picture;
+    constexpr double margin = 4;
+    const double left = std::min(outline.x, picture.x) - margin;
+    const double right = std::max(outline.x + outline.width, picture.x + picture.width) + margin;
+    return {left, outline.y - margin, right - left, outline.height + 2 * margin + badgeSize / 2};
+}
+
+Rect IconDrawing::badge(const IconAreas& areas)
+{
+    const Rect& picture = areas.picture;
+    return {picture.x + picture.width - badgeSize, picture.y + picture.height - badgeSize, badgeSize, badgeSize};
+}
+
+void IconDrawing::draw(QPainter& painter, const DMGItem& item, const DMGProject& project, double scale, double ratio,
+                       const IconState& state)
+{
+    const IconAreas areas = this->areas(item, project, scale, state.selected);
+    const bool missing = m_icons.look(item).missing;
+    const double opacity = state.faded ? 0.3 : 1;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(missing ? opacity * 0.5 : opacity);
+    m_icons.draw(painter, item, toQRectF(areas.picture), ratio);
+    painter.setOpacity(opacity);
+    if (state.warning)
+        drawWarningBadge(painter, toQRectF(badge(areas)));
+
+    const QRectF ground = toQRectF(areas.label);
+    if (state.selected) {
+        constexpr double radius = 3;
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(state.accent);
+        painter.drawRoundedRect(ground, radius, radius);
+    }
+    const QColor ink = state.selected ? QColor(Qt::white) : QColor::fromRgbF(0, 0, 0, 0.9F);
+    const IconLabel& label = m_labels.label(item.displayName, iconLabelFontSize(project.textSize, scale),
+                                            iconLabelColumn(project.iconSize, scale), state.selected);
+    double y = ground.center().y() - label.height / 2;
+    for (const TextLine& line : label.lines) {
+        const double x =
+            project.labelOnBottom ? ground.center().x() - line.size().width() / 2 : ground.left() + labelPadding;
+        line.draw(painter, QPointF(x, y), ink);
+        y += line.size().height();
+    }
+    if (state.selected) {
+        constexpr double radius = 5;
+        constexpr double width = 1.5;
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(state.accent, width));
+        painter.drawRoundedRect(toQRectF(areas.outline), radius, radius);
+    }
+    painter.restore();
+}
+
+} // namespace velmora
