@@ -2,6 +2,7 @@
 
 #include "app/kit/look.h"
 
+#include <QEvent>
 #include <QWidget>
 
 namespace velmora
@@ -28,6 +29,26 @@ void Fade::set(bool on)
     }
     m_animation.setDuration(duration);
     m_animation.start();
+}
+
+HoverFade::HoverFade(QWidget* widget) : QObject(widget), m_fade(widget)
+{
+    widget->installEventFilter(this);
+}
+
+double HoverFade::strengthFor(const QWidget* widget, bool over)
+{
+    const auto* fade = widget ? widget->findChild<HoverFade*>(QString(), Qt::FindDirectChildrenOnly) : nullptr;
+    if (!fade)
+        return over ? 1 : 0;
+    return widget->isEnabled() ? fade->m_fade.strength() : 0;
+}
+
+bool HoverFade::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave)
+        m_fade.set(event->type() == QEvent::Enter);
+    return QObject::eventFilter(watched, event);
 }
 
 Glide::Glide(QWidget* widget, int duration) : m_widget(widget), m_duration(duration)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QVariantAnimation>
 
 class QWidget;
@@ -22,6 +23,23 @@ private:
     QWidget* m_widget;
     QVariantAnimation m_animation;
     double m_strength = 0;
+};
+
+/// The fade of a control that the style paints: a child of the control, which follows the mouse by itself.
+class HoverFade : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit HoverFade(QWidget* widget);
+    /// The strength for a widget, or what `over` says where it has no fade.
+    static double strengthFor(const QWidget* widget, bool over);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    Fade m_fade;
 };
 
 /// A number that glides to each new value, repainting its control.

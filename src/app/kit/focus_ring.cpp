@@ -74,8 +74,10 @@ FocusShape focusShapeOf(const QWidget* widget)
         const bool framed = area->frameShape() != QFrame::NoFrame;
         return {rect, fieldRadius, false, true, framed};
     }
-    if (qobject_cast<const QAbstractItemView*>(widget))
-        return {rect, static_cast<double>(look.length(7))};
+    if (const auto* view = qobject_cast<const QAbstractItemView*>(widget)) {
+        const bool framed = view->frameShape() != QFrame::NoFrame && !view->window()->windowFlags().testFlag(Qt::Popup);
+        return {rect, static_cast<double>(look.length(7)), false, false, framed};
+    }
     const bool plain = qobject_cast<const QMenu*>(widget) || qobject_cast<const QMenuBar*>(widget) ||
                        widget->isWindow() || widget->inherits("QAbstractScrollArea") || widget->inherits("QLabel");
     return {rect, fieldRadius, false, false, !plain};

@@ -30,7 +30,7 @@ double lineFor(int size)
         return 1;
     if (size >= 22)
         return 1.5;
-    return size > 16 ? 1.75 : 2;
+    return 1.75;
 }
 
 QByteArray colored(QByteArray svg, const IconColors& colors, double line)

@@ -1,12 +1,16 @@
 #include "app/kit/look.h"
 
+#include "app/kit/accessibility.h"
 #include "app/kit/velmora_style.h"
 #include "app/theme/theme_manager.h"
 
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QStyleHints>
+#include <QToolTip>
 #include <QWidget>
 
 #include <algorithm>
@@ -61,6 +65,23 @@ double scaleFor(double fontPixelSize)
     return scale > toleratedScale ? std::min(scale, largestScale) : 1;
 }
 
+/// Qt has no question for these two; the desktops write the answers into their toolkits' settings.
+void readToolkitSettings(Desktop& desktop)
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    for (const char* file : {"/gtk-3.0/settings.ini", "/gtk-4.0/settings.ini"}) {
+        const QSettings gtk(folder + QLatin1String(file), QSettings::IniFormat);
+        const QString animations = gtk.value("Settings/gtk-enable-animations", "true").toString();
+        if (animations == QLatin1String("false") || animations == QLatin1String("0"))
+            desktop.reducedMotion = true;
+        if (gtk.value("Settings/gtk-theme-name").toString().startsWith(QLatin1String("HighContrast")))
+            desktop.raisedContrast = true;
+    }
+    const QSettings plasma(folder + QLatin1String("/kdeglobals"), QSettings::IniFormat);
+    if (plasma.value("KDE/AnimationDurationFactor", 1).toDouble() == 0)
+        desktop.reducedMotion = true;
+}
+
 void setInk(QPalette& palette, QPalette::ColorGroup group, const QColor& ink)
 {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
@@ -76,6 +97,7 @@ DesktopLook readDesktop()
     desktop.family = general.family();
     desktop.fixedFamily = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
     desktop.fontPixelSize = QFontInfo(general).pixelSize();
+    readToolkitSettings(desktop);
     return desktop;
 }
 
@@ -157,10 +179,15 @@ void applyLook(QApplication& application, const Look& look)
     else
         QApplication::setStyle(new VelmoraStyle(look));
     QApplication::setPalette(paletteOf(look));
+    QPalette menus = paletteOf(look);
+    menus.setColor(QPalette::Window, look.roles.sheet);
+    QApplication::setPalette(menus, "QMenu");
+    QToolTip::setPalette(menus);
     QApplication::setFont(look.font(Type::control));
     QApplication::setFont(look.font(Type::body), "QMenu");
     QApplication::setFont(look.font(Type::body), "QMenuBar");
     QApplication::setFont(look.font(Type::hint), "QTipLabel");
+    installAccessibility();
     application.styleHints()->setTabFocusBehavior(Qt::TabFocusAllControls);
     // What reads the record while it paints learns of the change by nothing else.
     for (QWidget* widget : QApplication::allWidgets())

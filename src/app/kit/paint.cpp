@@ -128,7 +128,7 @@ void drawChevron(QPainter& painter, const QPointF& centre, double width, bool up
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, width / 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(color, (5.5 + width) / 9.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPath(path);
     painter.restore();
 }
@@ -160,7 +160,7 @@ void drawBusyRing(QPainter& painter, const QRectF& box, double turn, const QColo
         for (const double x : {0.22, 0.5, 0.78})
             painter.drawEllipse(QPointF(box.left() + x * box.width(), box.center().y()), radius, radius);
     } else {
-        const double width = std::max(1.5, box.width() / 9);
+        const double width = std::max(1.5, box.width() / 8);
         const QRectF ring = box.adjusted(width / 2, width / 2, -width / 2, -width / 2);
         painter.setPen(QPen(faded(color, 0.28), width));
         painter.drawEllipse(ring);

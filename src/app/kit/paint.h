@@ -34,7 +34,7 @@ void drawVerticalHairline(QPainter& painter, double x, double top, double bottom
 /// The focus ring: 2 points wide, outside `rect`; `gap` leaves one point of the ground between them.
 void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, bool gap, const Look& look);
 
-/// Signs of controls, centred on a point, for a pen of 1.5 points.
+/// Signs of controls. A chevron is half as tall as wide, without the round ends of its line.
 void drawChevron(QPainter& painter, const QPointF& centre, double width, bool up, const QColor& color);
 void drawTick(QPainter& painter, const QRectF& box, const QColor& color);
 

@@ -27,37 +27,35 @@ Type buttonType(bool large, bool filled)
 }
 
 /// The ground of an ordinary button in each state; a disabled one has none.
-QColor ground(QStyle::State state, const Look& look)
+QColor ground(QStyle::State state, double hover, const Look& look)
 {
     if (!(state & QStyle::State_Enabled))
         return {};
     if (state & (QStyle::State_Sunken | QStyle::State_On))
         return laidOver(look.roles.button, look.palette.dividerColor);
-    if (state & QStyle::State_MouseOver)
-        return laidOver(look.roles.button, look.palette.hoverFill);
-    return look.roles.button;
+    return laidOver(look.roles.button, faded(look.palette.hoverFill, hover));
 }
 
 } // namespace
 
-void drawButtonGround(QPainter& painter, const QStyleOptionButton& option, const Look& look, bool large)
+void drawButtonGround(QPainter& painter, const QStyleOptionButton& option, double hover, const Look& look, bool large)
 {
     const double radius = look.length(large ? 7 : measure::buttonRadius);
     const QStyle::State state = option.state;
     const bool enabled = state & QStyle::State_Enabled;
     if (enabled && isDefault(option)) {
-        const double strength = state & QStyle::State_Sunken ? 1 : state & QStyle::State_MouseOver ? 0.5 : 0;
+        const double strength = state & QStyle::State_Sunken ? 1 : hover / 2;
         drawBox(painter, option.rect, radius, pressedFill(look, strength), {});
         return;
     }
     if (option.features & QStyleOptionButton::Flat) {
-        if (enabled && state & (QStyle::State_Sunken | QStyle::State_On | QStyle::State_MouseOver)) {
-            const bool down = state & (QStyle::State_Sunken | QStyle::State_On);
-            drawBox(painter, option.rect, radius, down ? look.palette.dividerColor : look.palette.hoverFill, {});
-        }
+        const bool down = state & (QStyle::State_Sunken | QStyle::State_On);
+        if (enabled && (down || hover > 0))
+            drawBox(painter, option.rect, radius,
+                    down ? look.palette.dividerColor : faded(look.palette.hoverFill, hover), {});
         return;
     }
-    drawBox(painter, option.rect, radius, ground(state, look), look.roles.border);
+    drawBox(painter, option.rect, radius, ground(state, hover, look), look.roles.border);
 }
 
 void drawButtonLabel(QPainter& painter, const QStyleOptionButton& option, const Look& look, bool large)
@@ -69,7 +67,7 @@ void drawButtonLabel(QPainter& painter, const QStyleOptionButton& option, const 
     QRectF rect = option.rect;
     if (option.features & QStyleOptionButton::HasMenu) {
         rect.setRight(rect.right() - look.length(14));
-        drawChevron(painter, {rect.right() + look.length(4), rect.center().y()}, look.length(8), false, ink);
+        drawChevron(painter, {rect.right() + look.length(4), rect.center().y()}, look.length(7), false, ink);
     }
     const bool hasIcon = !option.icon.isNull();
     const double side = hasIcon ? option.iconSize.width() : 0;
@@ -151,17 +149,17 @@ void drawRadioButton(QPainter& painter, const QRect& box, QStyle::State state, c
     painter.restore();
 }
 
-void drawPopUpButton(QPainter& painter, const QStyleOptionComboBox& option, const Look& look)
+void drawPopUpButton(QPainter& painter, const QStyleOptionComboBox& option, double hover, const Look& look)
 {
     const bool enabled = option.state & QStyle::State_Enabled;
     QStyle::State state = option.state;
     state.setFlag(QStyle::State_On, false); // the list is open: that is not pressed
-    drawBox(painter, option.rect, look.length(measure::buttonRadius), ground(state, look), look.roles.border);
+    drawBox(painter, option.rect, look.length(measure::buttonRadius), ground(state, hover, look), look.roles.border);
     const QColor ink = enabled ? look.roles.secondary : look.roles.disabled;
     const QPointF centre(option.rect.right() + 1 - look.length(11), QRectF(option.rect).center().y());
-    const double width = look.length(8);
-    drawChevron(painter, centre + QPointF(0, -3.5 * look.scale), width, true, ink);
-    drawChevron(painter, centre + QPointF(0, 3.5 * look.scale), width, false, ink);
+    const double width = look.length(6);
+    drawChevron(painter, centre + QPointF(0, -3.25 * look.scale), width, true, ink);
+    drawChevron(painter, centre + QPointF(0, 3.25 * look.scale), width, false, ink);
 }
 
 void drawPopUpLabel(QPainter& painter, const QStyleOptionComboBox& option, const QRect& rect, const Look& look)

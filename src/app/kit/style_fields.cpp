@@ -44,10 +44,10 @@ void drawSpinBox(QPainter& painter, const QStyleOptionSpinBox& option, bool wron
                     down_ ? look.palette.dividerColor : look.palette.hoverFill, {});
             painter.restore();
         }
-        const double shift = (upward ? -3.5 : 3.5) * look.scale;
+        const double shift = (upward ? -3 : 3) * look.scale;
         const QPointF centre(up.left() + 0.5 + up.width() / 2.0, QRectF(option.rect).center().y() + shift);
         const QColor ink = enabled && possible ? look.roles.secondary : look.roles.disabled;
-        drawChevron(painter, centre, look.length(7), upward, ink);
+        drawChevron(painter, centre, look.length(5), upward, ink);
     };
     half(up, QStyle::SC_SpinBoxUp, true, option.stepEnabled & QAbstractSpinBox::StepUpEnabled);
     half(down, QStyle::SC_SpinBoxDown, false, option.stepEnabled & QAbstractSpinBox::StepDownEnabled);

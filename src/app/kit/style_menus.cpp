@@ -15,8 +15,8 @@ namespace
 
 constexpr double rowHeight = 24;
 constexpr double separatorHeight = 9;
-constexpr double sideMargin = 5; ///< from the menu's edge to the row that is lit
-constexpr double markColumn = 22;
+constexpr double sideMargin = 4; ///< from the menu's edge to the row that is lit
+constexpr double markColumn = 20;
 constexpr double shortcutGap = 28;
 
 QString labelOf(const QStyleOptionMenuItem& option)
@@ -60,16 +60,17 @@ void drawMenuItem(QPainter& painter, const QStyleOptionMenuItem& option, const L
     const QColor quiet = lit ? look.roles.onAccent : enabled ? look.roles.secondary : look.roles.disabled;
     const int left = rect.left() + margin + look.length(markColumn);
     const int right = rect.right() + 1 - margin - look.length(10);
-    const QRect mark(rect.left() + margin + look.length(3), rect.center().y() - look.length(8) + 1, look.length(16),
+    const QRect mark(rect.left() + margin + look.length(2), rect.center().y() - look.length(8) + 1, look.length(16),
                      look.length(16));
     if (option.checkType != QStyleOptionMenuItem::NotCheckable && option.checked)
         drawTick(painter, mark, ink);
     else if (!option.icon.isNull())
         option.icon.paint(&painter, mark, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
-    painter.setFont(look.font(Type::body));
+    // A pop-up's rows come with the font of the pop-up.
+    painter.setFont(option.font);
     painter.setPen(ink);
     painter.drawText(QRect(left, rect.top(), right - left, rect.height()),
-                     textFlags(Qt::AlignLeft | Qt::AlignVCenter, option), labelOf(option));
+                     textFlags(Qt::AlignLeft | Qt::AlignVCenter, option) | Qt::TextDontClip, labelOf(option));
     if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
         painter.save();
         painter.translate(right - look.length(3), QRectF(rect).center().y());
@@ -78,7 +79,7 @@ void drawMenuItem(QPainter& painter, const QStyleOptionMenuItem& option, const L
         painter.restore();
     } else {
         drawLine(painter, QRectF(left, rect.top(), right - left, rect.height()), Qt::AlignRight | Qt::AlignVCenter,
-                 shortcutOf(option), look.font(Type::body), quiet);
+                 shortcutOf(option), option.font, quiet);
     }
 }
 
@@ -86,7 +87,7 @@ QSize menuItemSize(const QStyleOptionMenuItem& option, const Look& look)
 {
     if (option.menuItemType == QStyleOptionMenuItem::Separator)
         return {look.length(40), look.length(separatorHeight)};
-    const QFontMetrics metrics(look.font(Type::body));
+    const QFontMetrics metrics(option.font);
     int width = metrics.size(Qt::TextShowMnemonic | Qt::TextSingleLine, labelOf(option)).width();
     const QString shortcut = shortcutOf(option);
     if (!shortcut.isEmpty() || option.menuItemType == QStyleOptionMenuItem::SubMenu)

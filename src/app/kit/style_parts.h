@@ -19,12 +19,13 @@ namespace velmora::parts
 {
 
 // style_buttons.cpp
-void drawButtonGround(QPainter& painter, const QStyleOptionButton& option, const Look& look, bool large);
+/// `hover` is how strongly the mouse shows on it, 0 to 1.
+void drawButtonGround(QPainter& painter, const QStyleOptionButton& option, double hover, const Look& look, bool large);
 void drawButtonLabel(QPainter& painter, const QStyleOptionButton& option, const Look& look, bool large);
 QSize buttonSize(const QStyleOptionButton& option, const Look& look, bool large);
 void drawCheckBox(QPainter& painter, const QRect& box, QStyle::State state, const Look& look);
 void drawRadioButton(QPainter& painter, const QRect& box, QStyle::State state, const Look& look);
-void drawPopUpButton(QPainter& painter, const QStyleOptionComboBox& option, const Look& look);
+void drawPopUpButton(QPainter& painter, const QStyleOptionComboBox& option, double hover, const Look& look);
 void drawPopUpLabel(QPainter& painter, const QStyleOptionComboBox& option, const QRect& rect, const Look& look);
 
 // style_fields.cpp

@@ -58,7 +58,7 @@ void drawScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QR
 void drawItemGround(QPainter& painter, const QStyleOptionViewItem& option, const Look& look)
 {
     if (option.state & QStyle::State_Selected)
-        painter.fillRect(option.rect, look.roles.selection);
+        painter.fillRect(option.rect, faded(look.roles.selection, option.state & QStyle::State_Active ? 1 : 0.6));
     else if (option.state & QStyle::State_MouseOver && option.state & QStyle::State_Enabled)
         painter.fillRect(option.rect, look.palette.hoverFill);
     else if (option.backgroundBrush.style() != Qt::NoBrush)

@@ -110,6 +110,8 @@ void ToolButton::drawGround(QPainter& painter) const
                     {});
         return;
     }
+    if (!isEnabled())
+        return;
     if (isChecked())
         drawBox(painter, rect(), radius, faded(look.roles.accentSoft, isActiveWindow() ? 1 : background), {});
     else if (m_hover.strength() > 0)

@@ -1,13 +1,15 @@
 #include "app/kit/velmora_style.h"
 
+#include "app/kit/fade.h"
+#include "app/kit/icons.h"
 #include "app/kit/log_view.h"
 #include "app/kit/paint.h"
 #include "app/kit/style_parts.h"
 
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
+#include <QApplication>
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
@@ -73,10 +75,13 @@ void VelmoraStyle::polish(QWidget* widget)
     QProxyStyle::polish(widget);
     if (wantsHover(widget))
         widget->setAttribute(Qt::WA_Hover);
+    const bool fades = qobject_cast<QPushButton*>(widget) || qobject_cast<QComboBox*>(widget);
+    if (fades && !widget->findChild<HoverFade*>(QString(), Qt::FindDirectChildrenOnly))
+        new HoverFade(widget);
     if (hasTransparentWindows() && (qobject_cast<QMenu*>(widget) || isPopUpList(widget)))
         widget->setAttribute(Qt::WA_TranslucentBackground);
     if (auto* area = qobject_cast<QAbstractScrollArea*>(widget);
-        area && area->frameShape() == QFrame::StyledPanel && !isPopUpList(widget->parentWidget()))
+        area && (area->frameShape() == QFrame::StyledPanel || isPopUpList(widget->parentWidget())))
         area->viewport()->setAutoFillBackground(false); // its frame fills the rounded shape
 }
 
@@ -152,13 +157,16 @@ void VelmoraStyle::drawControl(ControlElement element, const QStyleOption* optio
     switch (element) {
     case CE_PushButtonBevel:
         if (const auto* button = as<QStyleOptionButton>(option)) {
-            parts::drawButtonGround(*painter, *button, m_look, isLarge(widget));
+            const double hover = HoverFade::strengthFor(widget, option->state & State_MouseOver);
+            parts::drawButtonGround(*painter, *button, hover, m_look, isLarge(widget));
             return;
         }
         break;
     case CE_PushButtonLabel:
         if (const auto* button = as<QStyleOptionButton>(option)) {
-            parts::drawButtonLabel(*painter, *button, m_look, isLarge(widget));
+            QStyleOptionButton shown = *button;
+            shown.state.setFlag(State_KeyboardFocusChange, styleHint(SH_UnderlineShortcut, option, widget, nullptr));
+            parts::drawButtonLabel(*painter, shown, m_look, isLarge(widget));
             return;
         }
         break;
@@ -196,6 +204,14 @@ void VelmoraStyle::drawControl(ControlElement element, const QStyleOption* optio
     case CE_MenuBarEmptyArea:
         parts::drawMenuBarGround(*painter, option->rect, m_look);
         return;
+    case CE_HeaderSection:
+        painter->fillRect(option->rect, m_look.roles.panel);
+        drawHorizontalHairline(*painter, option->rect.left(), option->rect.right() + 1, option->rect.bottom(),
+                               m_look.palette.dividerColor);
+        return;
+    case CE_HeaderEmptyArea:
+        painter->fillRect(option->rect, m_look.roles.panel);
+        return;
     case CE_MenuEmptyArea:
     case CE_MenuHMargin:
     case CE_MenuVMargin:
@@ -222,7 +238,8 @@ void VelmoraStyle::drawComplexControl(ComplexControl control, const QStyleOption
     switch (control) {
     case CC_ComboBox:
         if (const auto* comboBox = as<QStyleOptionComboBox>(option); comboBox && !comboBox->editable) {
-            parts::drawPopUpButton(*painter, *comboBox, m_look);
+            parts::drawPopUpButton(*painter, *comboBox, HoverFade::strengthFor(widget, option->state & State_MouseOver),
+                                   m_look);
             return;
         }
         if (const auto* comboBox = as<QStyleOptionComboBox>(option)) {
@@ -335,6 +352,54 @@ QSize VelmoraStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     return QProxyStyle::sizeFromContents(type, option, size, widget);
 }
 
+QIcon VelmoraStyle::standardIcon(StandardPixmap sign, const QStyleOption* option, const QWidget* widget) const
+{
+    // Message boxes ask for theirs at 48 points or so; those of the file panel follow the look like all tools.
+    switch (sign) {
+    case SP_MessageBoxInformation:
+    case SP_MessageBoxQuestion:
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+        return QIcon(standardPixmap(sign, option, widget));
+    case SP_ArrowBack:
+    case SP_FileDialogBack:
+        return toolIcon(QStringLiteral("chevron-left"));
+    case SP_ArrowForward:
+        return toolIcon(QStringLiteral("chevron-right"));
+    case SP_FileDialogToParent:
+        return toolIcon(QStringLiteral("arrow-up"));
+    case SP_FileDialogNewFolder:
+        return toolIcon(QStringLiteral("folder-plus"));
+    case SP_FileDialogListView:
+        return toolIcon(QStringLiteral("grid"));
+    case SP_FileDialogDetailedView:
+        return toolIcon(QStringLiteral("list"));
+    default:
+        return QProxyStyle::standardIcon(sign, option, widget);
+    }
+}
+
+QPixmap VelmoraStyle::standardPixmap(StandardPixmap sign, const QStyleOption* option, const QWidget* widget) const
+{
+    const ThemeRoles& roles = m_look.roles;
+    const double ratio = widget ? widget->devicePixelRatioF() : qApp->devicePixelRatio();
+    const auto picture = [&](const char* name, const QColor& ink, const QColor& area) {
+        return iconPixmap(QLatin1String(name), m_look.length(40), ratio, {ink, area});
+    };
+    switch (sign) {
+    case SP_MessageBoxInformation:
+        return picture("about", roles.accentText, faded(m_look.palette.accent, 0.2));
+    case SP_MessageBoxQuestion:
+        return picture("help", roles.accentText, faded(m_look.palette.accent, 0.2));
+    case SP_MessageBoxWarning:
+        return picture("warning", roles.warning, Qt::transparent);
+    case SP_MessageBoxCritical:
+        return picture("cross-circle", roles.error, Qt::transparent);
+    default:
+        return QProxyStyle::standardPixmap(sign, option, widget);
+    }
+}
+
 int VelmoraStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
 {
     switch (metric) {
@@ -346,6 +411,8 @@ int VelmoraStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
         return m_look.length(8);
+    case PM_MessageBoxIconSize:
+        return m_look.length(40);
     case PM_ButtonIconSize:
     case PM_SmallIconSize:
         return m_look.length(16);

@@ -1,25 +1,44 @@
 #include "board.h"
 
+#include "app/kit/angle_dial.h"
+#include "app/kit/checker_thumbnail.h"
+#include "app/kit/color_well.h"
+#include "app/kit/empty_state.h"
 #include "app/kit/focus_ring.h"
+#include "app/kit/form.h"
 #include "app/kit/icons.h"
 #include "app/kit/log_view.h"
 #include "app/kit/look.h"
+#include "app/kit/note_banner.h"
+#include "app/kit/number_field.h"
+#include "app/kit/password_field.h"
+#include "app/kit/path_label.h"
 #include "app/kit/progress_line.h"
+#include "app/kit/segmented_control.h"
 #include "app/kit/sheet_host.h"
 #include "app/kit/step_list.h"
+#include "app/kit/switch.h"
 #include "app/kit/tab_rail.h"
+#include "app/kit/value_slider.h"
 #include "app/kit/velmora_style.h"
 
 #include <QCheckBox>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFileDialog>
+#include <QFontDialog>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLinearGradient>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -43,6 +62,8 @@ void show(QWidget* widget, Shown state)
         break;
     }
     case Shown::focus:
+        if (auto* segments = qobject_cast<SegmentedControl*>(widget))
+            widget = segments->segment(0);
         (new FocusRing)->setTarget(widget);
         break;
     case Shown::disabled:
@@ -73,6 +94,15 @@ protected:
 private:
     bool m_chrome;
 };
+
+NumberField* numberField(const char* prefix, double value)
+{
+    auto* field = new NumberField;
+    field->setPrefix(prefix);
+    field->setRange(0, 3000, 10);
+    field->setValue(value);
+    return field;
+}
 
 struct Row {
     const char* name = "";
@@ -116,6 +146,51 @@ QWidget* controlsBoard()
              setMarkedWrong(made, state == Shown::last);
              return made;
          }},
+        {"Number field",
+         [](Shown state) -> QWidget* {
+             NumberField* made = numberField("W", 600);
+             if (state == Shown::focus)
+                 made->selectAll();
+             if (state == Shown::last) {
+                 made->selectAll();
+                 QKeyEvent key(QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, "12x");
+                 QCoreApplication::sendEvent(made, &key);
+             }
+             return made;
+         }},
+        {"Segments",
+         [](Shown state) -> QWidget* {
+             auto* made = new SegmentedControl;
+             made->addSegment("A");
+             made->addSegment("B");
+             made->setCurrentIndex(state == Shown::hover ? 1 : 0);
+             return made;
+         }},
+        {"Slider",
+         [](Shown) -> QWidget* {
+             auto* made = new ValueSlider({16, 512, 4, SliderScale::Kind::logarithmic});
+             made->setValue(80);
+             return made;
+         }},
+        {"Switch",
+         [](Shown state) -> QWidget* {
+             auto* made = new Switch;
+             made->setChecked(state != Shown::normal);
+             return made;
+         }},
+        {"Color well",
+         [](Shown state) -> QWidget* {
+             auto* made = new ColorWell;
+             made->setColor(state == Shown::focus ? QColor(0xE6, 0x9A, 0x5C)
+                                                  : QColor(0x8C, 0x8C, 0x94, state == Shown::last ? 90 : 255));
+             return made;
+         }},
+        {"Angle dial",
+         [](Shown state) -> QWidget* {
+             auto* made = new AngleDial;
+             made->setAngle(state == Shown::focus ? 315 : 45);
+             return made;
+         }},
         {"Check box",
          [](Shown state) -> QWidget* {
              auto* made = new QCheckBox("Show");
@@ -143,7 +218,9 @@ QWidget* controlsBoard()
         for (int column = 0; column < 5; ++column) {
             const auto state = static_cast<Shown>(column);
             QWidget* widget = rows.at(i).make(state);
-            grid->addWidget(widget, i + 1, column + 1);
+            const bool small =
+                qobject_cast<AngleDial*>(widget) || qobject_cast<ColorWell*>(widget) || qobject_cast<Switch*>(widget);
+            grid->addWidget(widget, i + 1, column + 1, small ? Qt::AlignLeft : Qt::Alignment());
             show(widget, state);
         }
     }
@@ -246,6 +323,151 @@ QWidget* sheetBoard()
     return window;
 }
 
+QWidget* layoutPanel()
+{
+    auto* panel = new QWidget;
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto* size = new Section("Window Size");
+    size->addRow("Size", sideBySide({numberField("W", 600), numberField("H", 360)}));
+    size->addRow("Position", sideBySide({numberField("X", 200), numberField("Y", -12)}));
+    auto* fit = new QPushButton("Fit to Image");
+    fit->setEnabled(false);
+    size->addRow(sideBySide({fit, new QPushButton("Default Settings")}));
+    column->addWidget(size);
+    auto* background = new Section("Window Background");
+    auto* kind = new SegmentedControl;
+    for (const char* name : {"Gradient Fill", "Solid Color", "Image"})
+        kind->addSegment(name);
+    background->addRow(kind);
+    background->addRow("Colors", atLeft({new ColorWell, new ColorWell}));
+    auto* angle = numberField("", 0);
+    angle->setUnit("°");
+    angle->setFixedWidth(84);
+    background->addRow("Angle:", atLeft({new AngleDial, angle}));
+    background->addHint("For arrows and badges, use Add Image in the toolbar — not Window Background.");
+    column->addWidget(background);
+    auto* options = new Section("Window Options");
+    auto* icon = new ValueSlider({16, 512, 4, SliderScale::Kind::logarithmic});
+    icon->setValue(80);
+    icon->setText([](double value) { return QString("%1 pt").arg(value); });
+    options->addRow("Icon size", icon);
+    auto* text = new ValueSlider({10, 16, 1});
+    text->setValue(12);
+    text->setTicks(true);
+    text->setText([](double value) { return QString("%1 pt").arg(value); });
+    options->addRow("Text size", text);
+    auto* boxes = new QWidget;
+    auto* boxColumn = new QVBoxLayout(boxes);
+    boxColumn->setContentsMargins(0, 2, 0, 2);
+    boxColumn->setSpacing(4);
+    for (const char* name : {"Show Sidebar", "Show Icon Preview", "Show Item Info"})
+        boxColumn->addWidget(new QCheckBox(name));
+    options->addRow("Options", boxes);
+    column->addWidget(options);
+    column->addStretch(1);
+    return panel;
+}
+
+QWidget* volumePanel()
+{
+    auto* panel = new QWidget;
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto* format = new Section("Volume Format");
+    auto* kind = new QComboBox;
+    kind->addItems({"Compressed (zlib · UDZO)", "Read/Write (UDRW)"});
+    format->addRow(kind);
+    auto* fileSystem = new SegmentedControl;
+    fileSystem->addSegment("HFS+");
+    fileSystem->addSegment("APFS");
+    format->addRow("File system", fileSystem);
+    auto* megabytes = numberField("", 250);
+    megabytes->setUnit("MB");
+    megabytes->setFixedWidth(84);
+    format->addRow("Image size", atLeft({megabytes}));
+    column->addWidget(format);
+    auto* encryption = new Section("Encryption");
+    auto* password = new PasswordField;
+    password->setText("correct horse");
+    encryption->addRow("Password", password);
+    auto* repeat = new PasswordField;
+    repeat->setText("correct");
+    encryption->addRow("Repeat", repeat)->setError("The passwords do not match.");
+    column->addWidget(encryption);
+    auto* missing = new Section("Read Me.rtf");
+    for (const auto noteKind : {NoteBanner::Kind::warning, NoteBanner::Kind::error, NoteBanner::Kind::success}) {
+        auto* note = new NoteBanner(noteKind);
+        note->setText("The file is missing.", "It was moved or deleted, so the image cannot be built.");
+        if (noteKind == NoteBanner::Kind::warning)
+            note->setButton("Locate…");
+        missing->addRow(note);
+    }
+    auto* path = new PathLabel;
+    path->setPath("/Users/mara/Projects/Larkspur/Documents/Larkspur.app");
+    missing->addRow("Path", path);
+    column->addWidget(missing);
+    auto* shadow = new Section("Shadow");
+    shadow->addSwitch()->setChecked(true);
+    auto* alignment = new SegmentedControl;
+    for (const char* name : {"align-left", "align-center", "align-right", "align-justified"})
+        alignment->addSegment(name, name);
+    auto* vertical = new SegmentedControl;
+    for (const char* name : {"align-top", "align-middle", "align-bottom"})
+        vertical->addSegment(name, name);
+    shadow->addRow("Alignment", sideBySide({alignment, vertical}));
+    column->addWidget(shadow);
+    column->addStretch(1);
+    return panel;
+}
+
+QWidget* thumbnailPanel()
+{
+    auto* panel = new QWidget;
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(0, 0, 0, 0);
+    auto* section = new Section("Pictures");
+    QImage light(120, 60, QImage::Format_ARGB32_Premultiplied);
+    light.fill(Qt::transparent);
+    QPainter painter(&light);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(10, 5, 100, 50);
+    painter.end();
+    auto* white = new CheckerThumbnail({96, 54});
+    white->setImage(light);
+    auto* icon = new CheckerThumbnail({48, 48});
+    icon->setImage(programIconPixmap(96, 1).toImage());
+    icon->setInset(3);
+    auto* none = new CheckerThumbnail({48, 48});
+    none->setSign("warning");
+    section->addRow(atLeft({white, icon, none}));
+    column->addWidget(section);
+    auto* empty =
+        new EmptyState("arrange", "Nothing selected",
+                       "Click an icon on the canvas, or switch to Background to arrange arrows and captions.");
+    empty->setButton("Add Files…");
+    column->addWidget(empty, 1);
+    return panel;
+}
+
+QWidget* panelsBoard()
+{
+    auto* ground = new Ground(false);
+    auto* row = new QHBoxLayout(ground);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    for (QWidget* panel : {layoutPanel(), volumePanel(), thumbnailPanel()}) {
+        panel->setFixedWidth(300);
+        row->addWidget(panel);
+    }
+    ground->setFixedHeight(700);
+    return ground;
+}
+
 QWidget* menuBoard()
 {
     auto* ground = new Ground(true);
@@ -272,11 +494,47 @@ QWidget* menuBoard()
     return ground;
 }
 
+/// What Qt brings along: its panels follow by palette and style alone.
+QList<Board> dialogBoards()
+{
+    auto* message = new QMessageBox(QMessageBox::Warning, "Velmora", "Save the changes to “Larkspur”?",
+                                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    message->setInformativeText("Unsaved changes will be lost.");
+    auto* color = new QColorDialog(QColor(0x2E, 0x7A, 0xF5));
+    color->setOptions(QColorDialog::ShowAlphaChannel | QColorDialog::DontUseNativeDialog);
+    auto* file = new QFileDialog;
+    file->setOption(QFileDialog::DontUseNativeDialog);
+    file->setDirectory("/usr/share");
+    auto* font = new QFontDialog;
+    font->setOption(QFontDialog::DontUseNativeDialog);
+
+    auto* lists = new Ground(false);
+    auto* row = new QHBoxLayout(lists);
+    auto* list = new QListWidget;
+    for (int i = 0; i < 40; ++i)
+        list->addItem(QString("Item %1").arg(i));
+    list->setCurrentRow(2);
+    row->addWidget(list);
+    auto* text = new QPlainTextEdit("A text that is edited.\nIn several lines.");
+    row->addWidget(text);
+    auto* popUp = new QComboBox(lists);
+    popUp->addItems({"Fill (crop)", "Fit (letterbox)", "Stretch"});
+    popUp->setCurrentIndex(1);
+    row->addWidget(popUp, 0, Qt::AlignTop);
+    lists->setFixedSize(560, 220);
+    return {{"message", message}, {"color", color}, {"file", file}, {"font", font}, {"lists", lists}};
+}
+
 } // namespace
 
 QList<Board> makeBoards()
 {
-    return {{"controls", controlsBoard()}, {"tools", toolsBoard()}, {"sheet", sheetBoard()}, {"menus", menuBoard()}};
+    QList<Board> boards{{"controls", controlsBoard()},
+                        {"tools", toolsBoard()},
+                        {"sheet", sheetBoard()},
+                        {"menus", menuBoard()},
+                        {"panels", panelsBoard()}};
+    return boards + dialogBoards();
 }
 
 } // namespace velmora

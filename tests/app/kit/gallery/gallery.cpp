@@ -1,15 +1,18 @@
 // gallery FOLDER [RATIO]: draws the kit in all themes into pictures. Run it with QT_SCALE_FACTOR=RATIO.
 #include "app/kit/look.h"
 #include "app/theme/theme_manager.h"
+#include "board.h"
 #include "icon_sheet.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
+#include <QListWidget>
+#include <QScrollBar>
 #include <QWidget>
 
 #include <cstdlib>
-
-#include "board.h"
 
 int main(int argc, char** argv)
 {
@@ -28,8 +31,19 @@ int main(int argc, char** argv)
         for (const Board& board : makeBoards()) {
             board.widget->show();
             QApplication::processEvents();
+            // Overlay scroll bars are seen only after scrolling.
+            for (auto* list : board.widget->findChildren<QListWidget*>()) {
+                list->grab();
+                list->verticalScrollBar()->setValue(3);
+            }
             QApplication::processEvents();
             board.widget->grab().save(folder.filePath(board.name + suffix));
+            if (auto* popUp = board.name == "lists" ? board.widget->findChild<QComboBox*>() : nullptr) {
+                popUp->showPopup();
+                QApplication::processEvents();
+                popUp->view()->window()->grab().save(folder.filePath("popup" + suffix));
+                popUp->hidePopup();
+            }
             delete board.widget;
         }
     }

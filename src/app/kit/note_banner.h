@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+namespace velmora
+{
+
+/// A note on the ground of its role: an icon, a sentence whose beginning may stand out, and at most one button.
+class NoteBanner : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Kind { warning, error, success };
+
+    explicit NoteBanner(Kind kind, QWidget* parent = nullptr);
+
+    /// Plain text: `lead` semibold, then the rest. Announced to assistive technology.
+    void setText(const QString& lead, const QString& rest = {});
+    /// An empty label removes the button.
+    void setButton(const QString& label);
+    [[nodiscard]] QPushButton* button() const { return m_button; }
+
+signals:
+    void buttonClicked();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Kind m_kind;
+    QLabel* m_text;
+    QPushButton* m_button;
+};
+
+} // namespace velmora

@@ -1,0 +1,34 @@
+#include "app/kit/password_field.h"
+
+#include "app/kit/icons.h"
+
+#include <QAction>
+
+namespace velmora
+{
+
+PasswordField::PasswordField(QWidget* parent) : QLineEdit(parent), m_eye(addAction(QIcon(), TrailingPosition))
+{
+    setEchoMode(QLineEdit::Password);
+    connect(m_eye, &QAction::triggered, this, [this] {
+        setEchoMode(echoMode() == QLineEdit::Password ? QLineEdit::Normal : QLineEdit::Password);
+        showEye();
+    });
+    showEye();
+}
+
+void PasswordField::setEyeTexts(const QString& show, const QString& hide)
+{
+    m_show = show;
+    m_hide = hide;
+    showEye();
+}
+
+void PasswordField::showEye()
+{
+    const bool hidden = echoMode() == QLineEdit::Password;
+    m_eye->setIcon(toolIcon(hidden ? QStringLiteral("eye") : QStringLiteral("eye-off")));
+    m_eye->setText(hidden ? m_show : m_hide);
+}
+
+} // namespace velmora
