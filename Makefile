@@ -8,7 +8,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 help:
 	@echo "make demo     build the sample project into build/demo/ and check it"
 	@echo "make test     build and run all tests"
-	@echo "make app      start the editor"
+	@echo "make app      start the editor (DOCUMENT=file.velmora opens one)"
 	@echo "make format   format the sources"
 	@echo "make bench    measure speed against the limits of the machine"
 
@@ -24,9 +24,8 @@ test: build
 	@scripts/install-packages check
 	@ctest --preset dev -j $(JOBS)
 
-app:
-	@echo "The editor's window is not part of this version yet; velmora-build builds projects without it (make demo)."
-	@exit 1
+app: build
+	@build/bin/velmora $(DOCUMENT)
 
 format:
 	@scripts/install-packages gate

@@ -1,6 +1,7 @@
 #include "app/application.h"
 
 #include "app/kit/icons.h"
+#include "app/startup_time.h"
 #include "app/text.h"
 #include "app/theme/theme_manager.h"
 #include "l10n/language_manager.h"
@@ -29,29 +30,32 @@ Application::Application(const StopSource& stop)
                 .applicationSupport = Folders::applicationSupport(),
                 .temporary = Folders::temporary()},
                m_pictures),
-      m_state({.panels = m_panels,
-               .alerts = m_alerts,
-               .fontPanel = m_fontPanel,
-               .desktop = m_desktop,
-               .settings = *m_settings,
-               .pictures = m_pictures,
-               .arrows = m_arrows,
-               .buildEnvironment =
-                   [this](StopToken stop) { return BuildEnvironment::system(m_arrows, m_pictures, std::move(stop)); }}),
+      m_state(
+          {.panels = m_panels,
+           .alerts = m_alerts,
+           .fontPanel = m_fontPanel,
+           .desktop = m_desktop,
+           .settings = *m_settings,
+           .pictures = m_pictures,
+           .arrows = m_arrows,
+           .buildEnvironment =
+               [this](StopToken token) { return BuildEnvironment::system(m_arrows, m_pictures, std::move(token)); }}),
       m_updater(officialUpdateSource(), *m_settings, m_alerts, m_desktop),
-      m_window({.state = m_state,
-                .themes = ThemeManager::shared(),
-                .languages = LanguageManager::shared(),
-                .updater = m_updater,
-                .settings = *m_settings,
-                .panels = m_panels,
-                .alerts = m_alerts,
-                .desktop = m_desktop,
-                .pictures = m_pictures,
-                .arrows = m_arrows}),
       m_stop(stop)
 {
     applyTheme();
+    m_window = std::make_unique<MainWindow>(AppContext{.state = m_state,
+                                                       .themes = ThemeManager::shared(),
+                                                       .languages = LanguageManager::shared(),
+                                                       .updater = m_updater,
+                                                       .settings = *m_settings,
+                                                       .panels = m_panels,
+                                                       .alerts = m_alerts,
+                                                       .desktop = m_desktop,
+                                                       .pictures = m_pictures,
+                                                       .arrows = m_arrows});
+    connect(
+        m_window.get(), &MainWindow::closed, this, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
     connect(&ThemeManager::shared(), &ThemeManager::themeChanged, this, &Application::applyTheme);
     qApp->installEventFilter(this);
     quitWhenStopped();
@@ -72,7 +76,10 @@ void Application::applyTheme()
 
 void Application::start(const std::vector<std::filesystem::path>& documents)
 {
-    m_window.showAtStart();
+    reportFirstPaint(*m_window);
+    m_window->showAtStart();
+    // The first paint comes first.
+    QTimer::singleShot(0, &m_updater, &Updater::checkAtStartUp);
     // One window holds one document; the last one named is the one that a person looks for.
     if (!documents.empty())
         QTimer::singleShot(0, this, [this, document = documents.back()] { openWhenFree(document); });

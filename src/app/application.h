@@ -56,7 +56,7 @@ private:
     SystemDesktop m_desktop{};
     AppState m_state;
     Updater m_updater;
-    MainWindow m_window;
+    std::unique_ptr<MainWindow> m_window{}; ///< made once the application has its look
     StopSource m_stop;
     std::thread m_stopWatch{};
 };

@@ -105,20 +105,13 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     refresh();
 }
 
-QString LicenseEditor::shownText() const
-{
-    // toPlainText() would turn every no-break space into a blank.
-    QString text = m_text->document()->toRawText();
-    return text.replace(QChar::ParagraphSeparator, QLatin1Char('\n')).replace(QChar::LineSeparator, QLatin1Char('\n'));
-}
-
 void LicenseEditor::refresh()
 {
     const DMGProject& project = m_context.state.project();
     m_refreshing = true;
     m_include->setChecked(project.licenseEnabled);
     const QString text = withPlainLineEnds(qtText(project.licenseText));
-    if (text != shownText())
+    if (text != exactText(*m_text))
         m_text->setPlainText(text);
     m_refreshing = false;
     m_hint->setVisible(!project.licenseEnabled && !project.licenseText.empty());
@@ -130,7 +123,7 @@ void LicenseEditor::storeText()
 {
     if (m_refreshing)
         return;
-    const std::string text = shownText().toStdString();
+    const std::string text = exactText(*m_text).toStdString();
     if (text == withPlainLineEnds(qtText(m_context.state.project().licenseText)).toStdString())
         return;
     m_context.state.edit({.field = "licenseText"}, [&](DMGProject& project) { project.licenseText = text; });

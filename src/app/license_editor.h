@@ -26,7 +26,6 @@ private:
     void refresh();
     void storeText();
     void importText();
-    [[nodiscard]] QString shownText() const;
 
     AppContext m_context;
     QCheckBox* m_include;

@@ -4,6 +4,7 @@
 #include "app/text.h"
 
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 
 namespace velmora
@@ -33,6 +34,12 @@ QPushButton* makeLargeButton(const QString& text, const char* objectName, QWidge
     button->setAccessibleName(accessibleText(text));
     setLarge(button);
     return button;
+}
+
+QString exactText(const QPlainTextEdit& field)
+{
+    QString text = field.document()->toRawText();
+    return text.replace(QChar::ParagraphSeparator, QLatin1Char('\n')).replace(QChar::LineSeparator, QLatin1Char('\n'));
 }
 
 QString accessibleText(QString text)

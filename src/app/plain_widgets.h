@@ -5,6 +5,7 @@
 #include <QString>
 
 class QLabel;
+class QPlainTextEdit;
 class QPushButton;
 class QWidget;
 
@@ -17,6 +18,9 @@ QLabel* makeLabel(const QString& text, Type type, QWidget* parent = nullptr);
 QLabel* makeHint(const QString& text, Type type = Type::hint, QWidget* parent = nullptr);
 /// A push button of sheets and settings. `objectName` is its name for tests and tools.
 QPushButton* makeLargeButton(const QString& text, const char* objectName, QWidget* parent = nullptr);
+/// The text of a field, with "\n" between its lines and everything else as it was typed: Qt's own function turns
+/// no-break spaces into blanks.
+QString exactText(const QPlainTextEdit& field);
 /// An accessible name out of a control's text: without the ellipsis and colon at its end.
 QString accessibleText(QString text);
 

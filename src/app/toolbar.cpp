@@ -102,7 +102,7 @@ void Toolbar::layOut()
     scroller->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // the wheel and the focus move it
     scroller->setFocusPolicy(Qt::NoFocus);
     scroller->setWidget(tools);
-    tools->setAutoFillBackground(false);
+    tools->setAutoFillBackground(false); // which setWidget() switches on
     scroller->viewport()->setAutoFillBackground(false);
 
     auto* layout = new QVBoxLayout(this);

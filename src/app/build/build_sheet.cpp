@@ -302,8 +302,8 @@ void BuildSheet::begin()
     m_title->setText(qtText(Labels::building).arg(qtPath(state.buildOutput().filename())));
     m_subtitle->setText(qtText(Labels::buildingTo).arg(qtPath(state.buildOutput().parent_path())));
     m_timeCaption->setText(qtText(Labels::elapsed));
-    for (QWidget* shown : {static_cast<QWidget*>(m_hide), static_cast<QWidget*>(m_hint),
-                           static_cast<QWidget*>(m_time), static_cast<QWidget*>(m_timeCaption)})
+    for (QWidget* shown : {static_cast<QWidget*>(m_hide), static_cast<QWidget*>(m_hint), static_cast<QWidget*>(m_time),
+                           static_cast<QWidget*>(m_timeCaption)})
         shown->show();
     for (QPushButton* later : {m_openFolder, m_close, m_again, m_reveal})
         later->hide();

@@ -67,6 +67,7 @@ Inspector::Inspector(const AppContext& context, QWidget* parent)
     setObjectName(QStringLiteral("inspector"));
     setAccessibleName(QStringLiteral("Inspector"));
     setFixedWidth(look.length(width));
+    setBackgroundRole(QPalette::AlternateBase); // what fills itself in here has the panel's ground
     m_panelArea->setObjectName(QStringLiteral("inspector.panel"));
     m_panelArea->setAccessibleName(QStringLiteral("Inspector panel"));
     m_rail->setObjectName(QStringLiteral("inspector.tabs"));
@@ -75,7 +76,7 @@ Inspector::Inspector(const AppContext& context, QWidget* parent)
     m_title->setContentsMargins(look.length(measure::panelPadding), 0, 0, 0);
 
     auto* panel = new QVBoxLayout(m_panelArea);
-    panel->setContentsMargins(1, 0, 0, 0);
+    panel->setContentsMargins(1, 0, 1, 0);
     panel->setSpacing(0);
     panel->addWidget(m_title);
     panel->addSpacing(1);
@@ -114,8 +115,8 @@ void Inspector::showTab()
     const auto index = static_cast<std::size_t>(tab);
     if (!m_panels[index]) {
         m_panels[index] = tabs[index].make(m_context);
-        m_panels[index]->setAutoFillBackground(false);
         m_pages[index]->setWidget(m_panels[index]);
+        m_panels[index]->setAutoFillBackground(false); // which setWidget() switches on
     }
     m_rail->setCurrentIndex(tab);
     m_title->setText(localized(tabs[index].key));
@@ -157,6 +158,7 @@ void Inspector::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), look.roles.panel);
     const QColor& line = look.palette.dividerColor;
     painter.fillRect(QRect(0, 0, 1, height()), line);
+    painter.fillRect(QRect(m_panelArea->width() - 1, 0, 1, height()), line);
     painter.fillRect(QRect(0, m_title->height(), m_panelArea->width(), 1), line);
 }
 

@@ -1,8 +1,31 @@
 #include "app/inspector/panel.h"
 
+#include "app/kit/form.h"
+
+#include <QVBoxLayout>
+
 namespace velmora
 {
 
-InspectorPanel::InspectorPanel(const AppContext& context, QWidget* parent) : QWidget(parent), m_context(context) {}
+InspectorPanel::InspectorPanel(const AppContext& context, QWidget* parent)
+    : QWidget(parent), m_context(context), m_layout(new QVBoxLayout(this))
+{
+    m_layout->setContentsMargins({});
+    m_layout->setSpacing(0);
+    m_layout->addStretch(1);
+}
+
+Section* InspectorPanel::addSection(const QString& title)
+{
+    auto* section = new Section(title);
+    m_layout->insertWidget(m_layout->count() - 1, section);
+    return section;
+}
+
+void InspectorPanel::refresh()
+{
+    for (const auto& read : m_reads)
+        read();
+}
 
 } // namespace velmora

@@ -4,8 +4,16 @@
 
 #include <QWidget>
 
+#include <functional>
+#include <string>
+#include <vector>
+
+class QVBoxLayout;
+
 namespace velmora
 {
+
+class Section;
 
 /// What a tab of the inspector shows. A panel reads the editor state when it is told to and writes to it at once.
 class InspectorPanel : public QWidget
@@ -17,10 +25,19 @@ public:
 
     /// Shows everything as it is now. Called when the panel comes into view and, while it is seen, after each change.
     /// The field in which a person types keeps its text.
-    virtual void refresh() = 0;
+    virtual void refresh();
 
 protected:
+    /// Adds a section below those that are there.
+    Section* addSection(const QString& title);
+    /// Adds what shows one thing as it is now.
+    void onRefresh(std::function<void()> read) { m_reads.push_back(std::move(read)); }
+
     AppContext m_context;
+
+private:
+    QVBoxLayout* m_layout;
+    std::vector<std::function<void()>> m_reads{};
 };
 
 /// The panels, in the order of their tabs.

@@ -63,7 +63,7 @@ std::vector<fs::path> run(QFileDialog& dialog, fs::path& folder)
     return files;
 }
 
-bool exists(const fs::path& file)
+bool isTaken(const fs::path& file)
 {
     std::error_code ignored;
     return fs::exists(fs::symlink_status(file, ignored));
@@ -116,7 +116,7 @@ std::optional<fs::path> DialogFilePanels::save(const SavePanelRequest& request)
         const fs::path file = withExtension(chosen.front(), request.extension);
         // The Mac's panel has asked by itself about the name it was given.
         const bool asked = isMac() && file == chosen.front();
-        if (asked || !exists(file) || confirmReplacing(file))
+        if (asked || !isTaken(file) || confirmReplacing(file))
             return file;
         dialog.selectFile(qtPath(file.filename()));
     }

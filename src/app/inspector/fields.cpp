@@ -1,0 +1,71 @@
+#include "app/inspector/fields.h"
+
+#include "app/kit/color_well.h"
+#include "app/kit/number_field.h"
+#include "app/kit/segmented_control.h"
+#include "app/kit/value_slider.h"
+#include "app/text.h"
+#include "render/conversions.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+
+namespace velmora
+{
+
+std::function<void()> bindNumber(NumberField& control, const NumberSpec& spec, Field<double> field)
+{
+    control.setObjectName(QLatin1String(spec.objectName));
+    control.setAccessibleName(qtText(spec.spokenName));
+    control.setAccessibleDescription(*spec.unit == 0 ? QStringLiteral("points") : qtText(spec.unit));
+    control.setPrefix(qtText(spec.prefix));
+    control.setUnit(qtText(spec.unit));
+    control.setRange(spec.minimum, spec.maximum, spec.step);
+    control.setDecimals(spec.decimals);
+    QObject::connect(&control, &NumberField::valueEdited, &control, [field](double value) { field.store(value); });
+    QObject::connect(&control, &QAbstractSpinBox::editingFinished, &control,
+                     [&state = field.state] { state.endTypingRun(); });
+    return [&control, field] { control.setValue(field.value()); };
+}
+
+std::function<void()> bindSlider(ValueSlider& control, Field<double> field)
+{
+    QObject::connect(&control, &ValueSlider::valueEdited, &control, [field](double value) { field.store(value); });
+    QObject::connect(&control, &ValueSlider::editingFinished, &control,
+                     [&state = field.state] { state.endTypingRun(); });
+    return [&control, field] { control.setValue(field.value()); };
+}
+
+std::function<void()> bindText(QLineEdit& control, Field<std::string> field)
+{
+    QObject::connect(&control, &QLineEdit::textEdited, &control,
+                     [field](const QString& text) { field.store(text.toStdString()); });
+    QObject::connect(&control, &QLineEdit::editingFinished, &control, [&state = field.state] { state.endTypingRun(); });
+    return [&control, field] {
+        const QString text = qtText(field.value());
+        if (control.text() != text)
+            control.setText(text);
+    };
+}
+
+std::function<void()> bindCheck(QCheckBox& control, Field<bool> field)
+{
+    QObject::connect(&control, &QCheckBox::clicked, &control, [field](bool on) { field.store(on); });
+    return [&control, field] { control.setChecked(field.value()); };
+}
+
+std::function<void()> bindColor(ColorWell& control, Field<CodableColor> field)
+{
+    QObject::connect(&control, &ColorWell::colorEdited, &control,
+                     [field](const QColor& color) { field.store(toCodableColor(color)); });
+    QObject::connect(&control, &ColorWell::editingFinished, &control, [&state = field.state] { state.endTypingRun(); });
+    return [&control, field] { control.setColor(toQColor(field.value())); };
+}
+
+std::function<void()> bindSegments(SegmentedControl& control, Field<int> field)
+{
+    QObject::connect(&control, &SegmentedControl::currentChosen, &control, [field](int index) { field.store(index); });
+    return [&control, field] { control.setCurrentIndex(field.value()); };
+}
+
+} // namespace velmora

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "editor/app_state.h"
+
+#include <QString>
+
+#include <functional>
+
+class QCheckBox;
+class QLineEdit;
+
+namespace velmora
+{
+
+class ColorWell;
+class NumberField;
+class SegmentedControl;
+class ValueSlider;
+
+/// A value of the open project that a control shows and writes. Edits of one `key` that follow each other closely are
+/// one step of the history.
+template <typename T>
+struct Field {
+    AppState& state;
+    std::function<T(const DMGProject&)> read;
+    std::function<void(DMGProject&, const T&)> write;
+    std::function<EditKey()> key;
+
+    [[nodiscard]] T value() const { return read(state.project()); }
+    void store(const T& value) const
+    {
+        if (value == this->value())
+            return;
+        state.edit(key(), [&](DMGProject& project) { write(project, value); });
+    }
+};
+
+/// A field of the project itself; `name` is that in the document.
+template <typename T>
+Field<T> projectField(AppState& state, T DMGProject::*member, const std::string& name)
+{
+    return {state, [member](const DMGProject& p) { return p.*member; },
+            [member](DMGProject& p, const T& value) { p.*member = value; }, [name] { return EditKey{.field = name}; }};
+}
+
+/// A field of the element whose id `selected` answers; it reads as T{} and is not written while there is none.
+template <typename Element, typename T, typename Member>
+Field<T> elementField(AppState& state, std::function<std::optional<Uuid>()> selected, Member Element::*member,
+                      const std::string& name)
+{
+    return {state,
+            [selected, member](const DMGProject& p) {
+                const Element* element = findElement(p.*elementsOf<Element>, selected());
+                return element ? T(element->*member) : T{};
+            },
+            [selected, member](DMGProject& p, const T& value) {
+                if (Element* element = findElement(p.*elementsOf<Element>, selected()))
+                    element->*member = static_cast<Member>(value);
+            },
+            [selected, name] { return EditKey{.field = name, .element = selected()}; }};
+}
+
+/// How a number is entered.
+struct NumberSpec {
+    const char* objectName;
+    const char* spokenName; ///< for assistive technology
+    const char* prefix = "";
+    double minimum = 0;
+    double maximum = 3000;
+    double step = 1;
+    const char* unit = "";
+    int decimals = 2;
+};
+
+// Each binds a control to a field: the control writes at once, and the returned function shows the present value.
+
+std::function<void()> bindNumber(NumberField& control, const NumberSpec& spec, Field<double> field);
+std::function<void()> bindSlider(ValueSlider& control, Field<double> field);
+std::function<void()> bindText(QLineEdit& control, Field<std::string> field);
+std::function<void()> bindCheck(QCheckBox& control, Field<bool> field);
+std::function<void()> bindColor(ColorWell& control, Field<CodableColor> field);
+/// The field's cases have the numbers of the segments.
+std::function<void()> bindSegments(SegmentedControl& control, Field<int> field);
+
+} // namespace velmora
