@@ -232,6 +232,7 @@ void CanvasView::watchView()
 
 void CanvasView::setZoom(std::optional<double> zoom)
 {
+    m_viewport.setRegion(size(), devicePixelRatioF()); // a new widget has not been laid out yet
     m_viewport.setZoom(zoom);
     watchView();
 }

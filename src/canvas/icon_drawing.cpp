@@ -20,6 +20,12 @@ QFont::Weight weightOf(bool selected)
     return selected ? QFont::DemiBold : QFont::Normal;
 }
 
+double columnOf(const DMGProject& project, double scale)
+{
+    return project.labelOnBottom ? iconLabelColumn(project.iconSize, scale)
+                                 : iconLabelColumnBeside(project.iconSize, project.textSize, scale);
+}
+
 IconLabel shaped(const QString& name, double fontSize, double width, QFont::Weight weight)
 {
     QStringList lines;
@@ -56,10 +62,10 @@ const IconLabel& IconLabels::label(const std::string& name, double fontSize, dou
 IconAreas IconDrawing::areas(const DMGItem& item, const DMGProject& project, double scale, bool selected)
 {
     const IconLabel& label = m_labels.label(item.displayName, iconLabelFontSize(project.textSize, scale),
-                                            iconLabelColumn(project.iconSize, scale), selected);
+                                            columnOf(project, scale), selected);
     if (!project.labelOnBottom)
-        return drawnIconAreasWithLabelBeside(item.position(), project.iconSize, {label.firstLine.width, label.height},
-                                             scale);
+        return drawnIconAreasWithLabelBeside(item.position(), project.iconSize, columnOf(project, scale),
+                                             {label.firstLine.width, label.height}, scale);
     IconAreas areas = drawnIconAreas(item.position(), project.iconSize, label.firstLine, scale);
     const double more = label.height - label.firstLine.height;
     areas.label.height += more;
@@ -108,7 +114,7 @@ void IconDrawing::draw(QPainter& painter, const DMGItem& item, const DMGProject&
     }
     const QColor ink = state.selected ? QColor(Qt::white) : QColor::fromRgbF(0, 0, 0, 0.9F);
     const IconLabel& label = m_labels.label(item.displayName, iconLabelFontSize(project.textSize, scale),
-                                            iconLabelColumn(project.iconSize, scale), state.selected);
+                                            columnOf(project, scale), state.selected);
     double y = ground.center().y() - label.height / 2;
     for (const TextLine& line : label.lines) {
         const double x =

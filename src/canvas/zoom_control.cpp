@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
@@ -79,7 +80,7 @@ void ZoomControl::paintEvent(QPaintEvent* /*event*/)
         painter.fillPath(shape(capsule), colors.palette.hoverFill);
     painter.setPen(QPen(colors.roles.border, 1));
     painter.drawPath(shape(capsule.adjusted(0.5, 0.5, -0.5, -0.5)));
-    if (hasFocus()) {
+    if (m_keyboardFocus) {
         painter.setPen(QPen(colors.roles.focus, 2));
         painter.drawPath(shape(capsule.adjusted(-2, -2, 2, 2)));
     }
@@ -99,6 +100,18 @@ void ZoomControl::keyPressEvent(QKeyEvent* event)
         click();
     else
         QAbstractButton::keyPressEvent(event);
+}
+
+void ZoomControl::focusInEvent(QFocusEvent* event)
+{
+    m_keyboardFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    QAbstractButton::focusInEvent(event);
+}
+
+void ZoomControl::focusOutEvent(QFocusEvent* event)
+{
+    m_keyboardFocus = m_keyboardFocus && event->reason() == Qt::PopupFocusReason;
+    QAbstractButton::focusOutEvent(event);
 }
 
 void ZoomControl::openMenu()

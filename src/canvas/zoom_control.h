@@ -30,6 +30,8 @@ signals:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     void openMenu();
@@ -37,6 +39,7 @@ private:
     ThemeManager& m_themes;
     std::optional<double> m_zoom{};
     bool m_open = false;
+    bool m_keyboardFocus = false;
 };
 
 } // namespace velmora

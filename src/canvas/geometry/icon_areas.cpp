@@ -38,6 +38,12 @@ double iconLabelColumn(double iconSize, double scale)
     return std::max(iconSize * scale * 1.7, 64.0);
 }
 
+double iconLabelColumnBeside(double iconSize, double textSize, double scale)
+{
+    constexpr double widthsOfText = 12; // font sizes
+    return std::max(iconLabelColumn(iconSize, scale), widthsOfText * iconLabelFontSize(textSize, scale));
+}
+
 IconAreas drawnIconAreas(Point position, double iconSize, Size labelText, double scale)
 {
     const Point center{position.x * scale, position.y * scale};
@@ -55,11 +61,11 @@ IconAreas drawnIconAreas(Point position, double iconSize, Size labelText, double
     return areas;
 }
 
-IconAreas drawnIconAreasWithLabelBeside(Point position, double iconSize, Size labelText, double scale)
+IconAreas drawnIconAreasWithLabelBeside(Point position, double iconSize, double column, Size labelText, double scale)
 {
     const Point center{position.x * scale, position.y * scale};
     const double side = iconSize * scale;
-    const Size label = labelGround(labelText, iconLabelColumn(iconSize, scale));
+    const Size label = labelGround(labelText, column);
     const double height = std::max(side, label.height);
 
     IconAreas areas;
