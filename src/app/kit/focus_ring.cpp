@@ -113,11 +113,11 @@ void FocusRing::setTarget(QWidget* target)
     if (!m_host) {
         m_target = nullptr;
         hide();
-        setParent(nullptr);
         return;
     }
     watch(true);
-    setParent(m_host);
+    if (parentWidget() != m_host)
+        setParent(m_host);
     place();
 }
 

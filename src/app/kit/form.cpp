@@ -89,11 +89,12 @@ FormRow::FormRow(const QString& label, QWidget* control, QWidget* parent)
 void FormRow::setLabel(const QString& label)
 {
     m_label->setText(label);
-    if (m_control->focusPolicy() != Qt::NoFocus) {
+    if (m_control->focusPolicy() != Qt::NoFocus)
         m_label->setBuddy(m_control);
-        if (m_control->accessibleName().isEmpty())
-            m_control->setAccessibleName(accessibleNameFor(label));
-    }
+    // What only holds several controls has no name; they have.
+    const bool holder = m_control->metaObject() == &QWidget::staticMetaObject;
+    if (!holder && m_control->accessibleName().isEmpty())
+        m_control->setAccessibleName(accessibleNameFor(label));
 }
 
 void FormRow::setError(const QString& sentence)

@@ -39,9 +39,9 @@ void drawSpinBox(QPainter& painter, const QStyleOptionSpinBox& option, bool wron
         if (active) {
             painter.save();
             painter.setClipRect(rect.adjusted(1, 0, 0, 0));
-            const bool down_ = option.state & QStyle::State_Sunken;
+            const bool pressed = option.state & QStyle::State_Sunken;
             drawBox(painter, QRectF(option.rect).adjusted(1, 1, -1, -1), look.length(measure::fieldRadius - 1),
-                    down_ ? look.palette.dividerColor : look.palette.hoverFill, {});
+                    pressed ? look.palette.dividerColor : look.palette.hoverFill, {});
             painter.restore();
         }
         const double shift = (upward ? -3 : 3) * look.scale;

@@ -103,6 +103,7 @@ FocusShape ValueSlider::focusShape() const
     const double knob = lookOf(this).length(measure::sliderKnob);
     const QRectF track = trackRect();
     const double x = m_scale.fractionOf(m_value) * (track.width() - knob);
+    // It moves with the knob, so the slider draws it by itself.
     return {QRectF(x, (height() - knob) / 2, knob, knob), knob / 2, false, false, false};
 }
 
@@ -135,6 +136,8 @@ void ValueSlider::dragTo(double x)
 
 bool ValueSlider::event(QEvent* event)
 {
+    if (event->type() == QEvent::FocusIn)
+        m_ring = static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason;
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut || event->type() == QEvent::EnabledChange)
         update();
     return QWidget::event(event);
@@ -155,6 +158,8 @@ void ValueSlider::mousePressEvent(QMouseEvent* event)
     m_grip = onKnob ? distance : 0;
     m_dragging = true;
     m_changed = false;
+    m_ring = false;
+    update();
     if (!onKnob)
         dragTo(event->position().x());
 }
@@ -213,6 +218,8 @@ void ValueSlider::keyPressEvent(QKeyEvent* event)
         QWidget::keyPressEvent(event);
         return;
     }
+    m_ring = true;
+    update();
     if (take(value))
         emit editingFinished();
 }
@@ -243,7 +250,7 @@ void ValueSlider::paintEvent(QPaintEvent*)
                                  look.roles.border);
         }
     }
-    parts::drawSlider(painter, track, m_scale.fractionOf(m_value), isEnabled(), hasFocus(), look);
+    parts::drawSlider(painter, track, m_scale.fractionOf(m_value), isEnabled(), hasFocus() && m_ring, look);
     drawLine(painter, QRectF(track.right(), 0, width() - track.right(), height()), Qt::AlignRight | Qt::AlignVCenter,
              shownText(m_value), look.font(Type::control), look.ink(isEnabled()));
 }

@@ -76,6 +76,7 @@ private:
     bool m_dragging = false;
     bool m_changed = false; ///< since the press
     bool m_ticks = false;
+    bool m_ring = false; ///< the focus came, or was last used, by the keyboard
 };
 
 } // namespace velmora

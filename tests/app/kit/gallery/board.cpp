@@ -54,6 +54,7 @@ enum class Shown { normal, hover, focus, disabled, last };
 
 void show(QWidget* widget, Shown state)
 {
+    widget->ensurePolished();
     switch (state) {
     case Shown::hover: {
         widget->setAttribute(Qt::WA_UnderMouse);
