@@ -82,7 +82,7 @@ QColor tone(const Look& look, const QColor& color)
 class FamilyIconEngine : public QIconEngine
 {
 public:
-    explicit FamilyIconEngine(QString name) : m_name(std::move(name)) {}
+    FamilyIconEngine(QString name, IconInk ink) : m_name(std::move(name)), m_ink(ink) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
     {
@@ -100,17 +100,20 @@ public:
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal ratio) override
     {
         const Look& look = lookOf(nullptr);
-        const IconColors colors =
+        IconColors colors =
             mode == QIcon::Selected ? selectedIconColors(look) : iconColors(look, mode != QIcon::Disabled);
+        if (mode != QIcon::Selected && mode != QIcon::Disabled && m_ink == IconInk::secondary)
+            colors.ink = look.roles.secondary;
         const int side = static_cast<int>(std::lround(std::min(size.width(), size.height()) / ratio));
         return iconPixmap(m_name, side, ratio, colors);
     }
 
-    QIconEngine* clone() const override { return new FamilyIconEngine(m_name); }
+    QIconEngine* clone() const override { return new FamilyIconEngine(m_name, m_ink); }
     bool isNull() override { return !QFile::exists(QLatin1String(folder) + m_name + QLatin1String(".svg")); }
 
 private:
     QString m_name;
+    IconInk m_ink;
 };
 
 class ProgramIconEngine : public QIconEngine
@@ -183,9 +186,9 @@ QPixmap iconPixmap(const QString& name, int size, double ratio, const IconColors
     return picture;
 }
 
-QIcon toolIcon(const QString& name)
+QIcon toolIcon(const QString& name, IconInk ink)
 {
-    return QIcon(new FamilyIconEngine(name));
+    return QIcon(new FamilyIconEngine(name, ink));
 }
 
 QIcon programIcon()

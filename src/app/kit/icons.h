@@ -30,8 +30,11 @@ QStringList iconNames();
 /// line is heavier the smaller the icon, so that all sizes look alike. A null picture when no icon has this name.
 QPixmap iconPixmap(const QString& name, int size, double ratio, const IconColors& colors);
 
+/// `secondary` is for signs that stand back behind a text.
+enum class IconInk { primary, secondary };
+
 /// The icon for buttons, menus and actions; its colours are the look's at the time of painting.
-QIcon toolIcon(const QString& name);
+QIcon toolIcon(const QString& name, IconInk ink = IconInk::primary);
 
 /// The program's own icon, in every size.
 QIcon programIcon();

@@ -4,6 +4,7 @@
 
 #include <QFontMetricsF>
 #include <QImage>
+#include <QLinearGradient>
 #include <QPainter>
 #include <QPixmap>
 #include <QPixmapCache>
@@ -169,6 +170,14 @@ void drawBusyRing(QPainter& painter, const QRectF& box, double turn, const QColo
         painter.drawArc(ring, static_cast<int>((90 - turn * 360) * 16), -100 * 16);
     }
     painter.restore();
+}
+
+void drawChrome(QPainter& painter, const QRectF& rect, const Look& look)
+{
+    QLinearGradient ground(rect.topLeft(), rect.bottomLeft());
+    ground.setColorAt(0, look.palette.chromeGradient[0]);
+    ground.setColorAt(1, look.palette.chromeGradient[1]);
+    painter.fillRect(rect, ground);
 }
 
 void drawChecker(QPainter& painter, const QRectF& rect, double square, const QColor& first, const QColor& second)

@@ -41,6 +41,9 @@ void drawTick(QPainter& painter, const QRectF& box, const QColor& color);
 /// A busy ring in `box`. `turn` (0 to 1) is how far it has turned; reduced motion draws three still dots.
 void drawBusyRing(QPainter& painter, const QRectF& box, double turn, const QColor& color, const Look& look);
 
+/// The gradient of toolbar, tab column and settings window, from the top of `rect` to its bottom.
+void drawChrome(QPainter& painter, const QRectF& rect, const Look& look);
+
 /// The squares behind a transparent picture.
 void drawChecker(QPainter& painter, const QRectF& rect, double square, const QColor& first, const QColor& second);
 

@@ -27,7 +27,7 @@ void PasswordField::setEyeTexts(const QString& show, const QString& hide)
 void PasswordField::showEye()
 {
     const bool hidden = echoMode() == QLineEdit::Password;
-    m_eye->setIcon(toolIcon(hidden ? QStringLiteral("eye") : QStringLiteral("eye-off")));
+    m_eye->setIcon(toolIcon(hidden ? QStringLiteral("eye") : QStringLiteral("eye-off"), IconInk::secondary));
     m_eye->setText(hidden ? m_show : m_hide);
 }
 

@@ -92,6 +92,14 @@ SheetHost::SheetHost(QWidget* window)
     hide();
 }
 
+SheetHost::~SheetHost()
+{
+    // What the children report while they are deleted finds no host any more.
+    disconnect(qApp, nullptr, this, nullptr);
+    if (m_content)
+        m_content->disconnect(this);
+}
+
 int SheetHost::padding() const
 {
     return lookOf(this).length(24);
@@ -99,8 +107,10 @@ int SheetHost::padding() const
 
 void SheetHost::open(QWidget* content, QWidget* focus)
 {
-    if (m_content && m_content != content)
+    if (m_content && m_content != content) {
+        m_content->disconnect(this);
         m_content->hide();
+    }
     if (!m_open) {
         QWidget* before = window()->focusWidget();
         m_focusBefore = before && !isAncestorOf(before) ? before : nullptr;
@@ -109,9 +119,9 @@ void SheetHost::open(QWidget* content, QWidget* focus)
     m_open = true;
     m_content = content;
     // The panel takes on the size that the content asks for, also when it changes while the sheet is open.
-    content->removeEventFilter(this);
     m_panel->layout()->addWidget(content);
     content->installEventFilter(this);
+    connect(content, &QObject::destroyed, this, &SheetHost::close, Qt::UniqueConnection);
     content->show();
     setGeometry(parentWidget()->rect());
     show();

@@ -20,12 +20,13 @@ class SheetHost : public QWidget
 public:
     /// A host that covers `window`, hidden.
     explicit SheetHost(QWidget* window);
+    ~SheetHost() override;
 
     /// Opens a sheet with this content, in place of one that is open. The content becomes a child of the host and stays
     /// one, hidden, when the sheet closes; its size hint is the panel's, padding included (see padding()). `focus` gets
     /// the focus, or the first control that can have it.
     void open(QWidget* content, QWidget* focus = nullptr);
-    /// Closes the sheet; the focus returns to where it was.
+    /// Closes the sheet, as the end of its content does; the focus returns to where it was.
     void close();
     [[nodiscard]] bool isOpen() const { return m_open; }
     /// What the sheet shows, or null.

@@ -2,7 +2,6 @@
 #include "app/kit/style_parts.h"
 
 #include <QFontMetrics>
-#include <QLinearGradient>
 #include <QPainter>
 #include <QStyleOption>
 

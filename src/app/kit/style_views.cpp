@@ -46,12 +46,13 @@ void drawScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QR
     const bool lately = movedLately(option);
     if (!near && !held && !lately)
         return;
-    const double width = look.length(6);
+    const double width = look.length(near || held ? 8 : 6);
+    const int margin = look.length(near || held ? 2 : 3);
     QRectF box = handle;
     if (option.orientation == Qt::Vertical)
-        box = QRectF(option.rect.right() + 1 - width - look.length(3), handle.top() + 2, width, handle.height() - 4);
+        box = QRectF(option.rect.right() + 1 - width - margin, handle.top() + 2, width, handle.height() - 4);
     else
-        box = QRectF(handle.left() + 2, option.rect.bottom() + 1 - width - look.length(3), handle.width() - 4, width);
+        box = QRectF(handle.left() + 2, option.rect.bottom() + 1 - width - margin, handle.width() - 4, width);
     drawBox(painter, box, width / 2, faded(look.roles.primary, held ? 0.55 : near ? 0.45 : 0.32), {});
 }
 

@@ -1,9 +1,9 @@
 #include "app/kit/tab_rail.h"
 
 #include "app/kit/look.h"
+#include "app/kit/paint.h"
 #include "app/kit/roving_focus.h"
 
-#include <QLinearGradient>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -63,11 +63,8 @@ QSize TabRail::sizeHint() const
 
 void TabRail::paintEvent(QPaintEvent*)
 {
-    const Look& look = lookOf(this);
-    QLinearGradient ground(0, 0, 0, height());
-    ground.setColorAt(0, look.palette.chromeGradient[0]);
-    ground.setColorAt(1, look.palette.chromeGradient[1]);
-    QPainter(this).fillRect(rect(), ground);
+    QPainter painter(this);
+    drawChrome(painter, rect(), lookOf(this));
 }
 
 } // namespace velmora

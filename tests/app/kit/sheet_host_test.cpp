@@ -91,5 +91,18 @@ TEST_F(SheetHostTest, pressesItsDefaultButtonOnReturnAndAsksToLeaveOnEscape)
     EXPECT_TRUE(host.isOpen()) << "what leads out is for the sheet's owner to decide";
 }
 
+TEST_F(SheetHostTest, closesWithItsContent)
+{
+    auto* passing = new QPushButton("Passing");
+    host.open(passing);
+    delete passing;
+    EXPECT_FALSE(host.isOpen());
+    EXPECT_TRUE(behind.hasFocus());
+    host.open(&content);
+    host.open(new QPushButton("Another"));
+    EXPECT_TRUE(content.isHidden());
+    EXPECT_TRUE(host.isOpen());
+}
+
 } // namespace
 } // namespace velmora

@@ -11,6 +11,7 @@
 #include "app/kit/look.h"
 #include "app/kit/note_banner.h"
 #include "app/kit/number_field.h"
+#include "app/kit/paint.h"
 #include "app/kit/password_field.h"
 #include "app/kit/path_label.h"
 #include "app/kit/progress_line.h"
@@ -32,7 +33,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLinearGradient>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
@@ -86,10 +86,10 @@ protected:
     {
         const Look& look = lookOf(this);
         QPainter painter(this);
-        QLinearGradient gradient(0, 0, 0, height());
-        gradient.setColorAt(0, look.palette.chromeGradient[0]);
-        gradient.setColorAt(1, look.palette.chromeGradient[1]);
-        painter.fillRect(rect(), m_chrome ? QBrush(gradient) : QBrush(look.roles.panel));
+        if (m_chrome)
+            drawChrome(painter, rect(), look);
+        else
+            painter.fillRect(rect(), look.roles.panel);
     }
 
 private:
@@ -462,10 +462,10 @@ QWidget* panelsBoard()
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     for (QWidget* panel : {layoutPanel(), volumePanel(), thumbnailPanel()}) {
-        panel->setFixedWidth(300);
+        panel->setFixedWidth(lookOf(panel).length(measure::panelWidth));
         row->addWidget(panel);
     }
-    ground->setFixedHeight(700);
+    ground->setFixedHeight(lookOf(ground).length(700));
     return ground;
 }
 

@@ -49,7 +49,7 @@ int main(int argc, char** argv)
         return showBoard(application, arguments.value(2), arguments.value(3).toInt());
     const QDir folder(arguments.at(1));
     const double ratio = application.devicePixelRatio();
-    Desktop desktop = readDesktop();
+    DesktopLook desktop = readDesktop();
     if (arguments.size() > 2)
         desktop.fontPixelSize = arguments.at(2).toDouble();
     for (const AppTheme theme : allAppThemes) {
