@@ -7,6 +7,7 @@
 #include "update/updater.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QTest>
 
 namespace velmora::testing
@@ -46,7 +47,11 @@ struct WindowWorld : EditorWorld {
     void click(const char* name) { QTest::mouseClick(&the(name), Qt::LeftButton); }
     void choose(const char* action) { the<QAction>(action).trigger(); }
     bool isEnabled(const char* action) { return the<QAction>(action).isEnabled(); }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(window.get(), key, modifiers); }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QWidget* focus = QApplication::focusWidget();
+        QTest::keyClick(focus ? focus : window.get(), key, modifiers);
+    }
 };
 
 } // namespace velmora::testing

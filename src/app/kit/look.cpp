@@ -66,7 +66,7 @@ double scaleFor(double fontPixelSize)
 }
 
 /// Qt has no question for these two; the desktops write the answers into their toolkits' settings.
-void readToolkitSettings(Desktop& desktop)
+void readToolkitSettings(DesktopLook& desktop)
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     for (const char* file : {"/gtk-3.0/settings.ini", "/gtk-4.0/settings.ini"}) {

@@ -16,7 +16,7 @@ namespace velmora
 namespace
 {
 
-Look lookFor(AppTheme theme, const Desktop& desktop = {"Sans Serif", "Monospace"})
+Look lookFor(AppTheme theme, const DesktopLook& desktop = {"Sans Serif", "Monospace"})
 {
     return makeLook(theme, defaultSystemAccent(), desktop);
 }
