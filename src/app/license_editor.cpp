@@ -79,7 +79,10 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     tools->setSpacing(look.length(8));
     tools->addWidget(import);
     tools->addWidget(clear);
-    tools->addWidget(m_hint, 1);
+    tools->addSpacing(look.length(8));
+    tools->addWidget(m_hint);
+    tools->addStretch(1);
+    m_hint->setWordWrap(false);
     m_count->setWordWrap(false);
     tools->addWidget(m_count);
     auto* layout = new QVBoxLayout(this);

@@ -72,8 +72,8 @@ void dressImage(BuildRun& run, const DMGProject& project, const fs::path& image,
             run.say("Setting volume icon…");
             setVolumeIcon(run, project.volumeIconPath, mount.mountPoint);
         }
-        settle(run);
         run.report(BuildStep::detach, 0.55);
+        settle(run);
         run.say("Detaching image…");
         detachImage(run, mount);
     } catch (...) {

@@ -26,6 +26,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <array>
 #include <exception>
 #include <system_error>
 
@@ -71,13 +72,30 @@ const char* stepLabel(BuildStep step)
     return "";
 }
 
-LogLine kindOf(const QString& line)
+struct ShownLine {
+    QString text;
+    LogLine kind = LogLine::message;
+};
+
+/// A line of the log as it is shown: with signs that every font has in the place of coloured pictures.
+ShownLine shownLine(const QString& line)
 {
-    if (line.startsWith(QLatin1String("$ ")))
-        return LogLine::command;
-    if (line.startsWith(QStringLiteral("⚠️")))
-        return LogLine::warning;
-    return line.startsWith(QStringLiteral("❌")) ? LogLine::error : LogLine::message;
+    struct Mark {
+        QString logged;
+        QString shown;
+        LogLine kind;
+    };
+    static const std::array marks{
+        Mark{QStringLiteral("$ "), QStringLiteral("$ "), LogLine::command},
+        Mark{QStringLiteral("⚠️ "), QStringLiteral("! "), LogLine::warning},
+        Mark{QStringLiteral("❌ "), QStringLiteral("× "), LogLine::error},
+        Mark{QStringLiteral("✅ "), QStringLiteral("✓ "), LogLine::success},
+    };
+    for (const Mark& mark : marks) {
+        if (line.startsWith(mark.logged))
+            return {mark.shown + line.mid(mark.logged.size()), mark.kind};
+    }
+    return {line};
 }
 
 Step shownStep(const BuildProgress::Row& row)
@@ -361,7 +379,7 @@ void BuildSheet::showSuccess()
         QStringList sentences;
         for (const std::string& warning : state.buildWarnings()) {
             sentences << qtText(warning);
-            m_log->append(QStringLiteral("⚠️ ") + sentences.last(), LogLine::warning);
+            appendLog(QStringLiteral("⚠️ ") + sentences.last());
         }
         m_note->show(BuildNote::Kind::warning, qtText(Labels::buildLacksSomething), sentences.join(QLatin1Char('\n')));
     }
@@ -442,8 +460,10 @@ bool BuildSheet::event(QEvent* event)
 void BuildSheet::appendLog(const QString& text)
 {
     const QString whole = text.endsWith(QLatin1Char('\n')) ? text.chopped(1) : text;
-    for (const QString& line : whole.split(QLatin1Char('\n')))
-        m_log->append(line, kindOf(line));
+    for (const QString& line : whole.split(QLatin1Char('\n'))) {
+        const ShownLine shown = shownLine(line);
+        m_log->append(shown.text, shown.kind);
+    }
 }
 
 void BuildSheet::announce(const QString& text)

@@ -3,6 +3,7 @@
 #include "app/kit/angle_dial.h"
 #include "app/kit/color_well.h"
 #include "app/kit/form.h"
+#include "app/kit/look.h"
 #include "app/kit/number_field.h"
 #include "app/kit/segmented_control.h"
 #include "app/kit/value_slider.h"
@@ -12,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 
@@ -19,6 +21,18 @@ namespace velmora
 {
 namespace
 {
+
+/// Two controls with their own widths at the ends of a row.
+QWidget* atBothEnds(QWidget* left, QWidget* right)
+{
+    auto* holder = new QWidget;
+    auto* row = new QHBoxLayout(holder);
+    row->setContentsMargins({});
+    row->addWidget(left);
+    row->addStretch(1);
+    row->addWidget(right);
+    return holder;
+}
 
 class LayoutPanel : public InspectorPanel
 {
@@ -130,8 +144,8 @@ private:
     {
         QWidget* colors = section.addRow(
             qtText(Labels::colors),
-            sideBySide({colorWell("layout.gradientStart", "Start color", &DMGProject::gradientStart, "gradientStart"),
-                        colorWell("layout.gradientEnd", "End color", &DMGProject::gradientEnd, "gradientEnd")}));
+            atBothEnds(colorWell("layout.gradientStart", "Start color", &DMGProject::gradientStart, "gradientStart"),
+                       colorWell("layout.gradientEnd", "End color", &DMGProject::gradientEnd, "gradientEnd")));
         const auto angle = projectField(state(), &DMGProject::gradientAngle, "gradientAngle");
         auto* dial = new AngleDial;
         dial->setObjectName(QStringLiteral("layout.gradientDial"));
@@ -144,7 +158,8 @@ private:
         onRefresh(bindNumber(
             *field, {.objectName = "layout.gradientAngle", .spokenName = "Gradient angle", .maximum = 360, .unit = "°"},
             angle));
-        return {colors, section.addRow(localized("angle"), sideBySide({dial, field}))};
+        field->setFixedWidth(lookOf(this).length(84)); // as wide as one of a pair
+        return {colors, section.addRow(localized("angle"), atBothEnds(dial, field))};
     }
 
     QList<QWidget*> imageRows(Section& section)

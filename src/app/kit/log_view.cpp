@@ -34,6 +34,8 @@ QColor inkOf(LogLine kind, const Look& look)
         return look.roles.warning;
     case LogLine::error:
         return look.roles.error;
+    case LogLine::success:
+        return look.roles.success;
     default:
         return look.roles.primary;
     }
@@ -253,7 +255,7 @@ void LogView::restoreColors()
     QTextCursor cursor(document());
     cursor.beginEditBlock();
     for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
-        const int kind = std::clamp(block.userState(), 0, static_cast<int>(LogLine::error));
+        const int kind = std::clamp(block.userState(), 0, static_cast<int>(LogLine::success));
         cursor.setPosition(block.position());
         cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
         cursor.setCharFormat(formatOf(static_cast<LogLine>(kind), look));

@@ -10,7 +10,7 @@ class QPushButton;
 namespace velmora
 {
 
-enum class LogLine { message, command, warning, error };
+enum class LogLine { message, command, warning, error, success };
 
 /// A read-only log in the fixed font. It follows its end until the person scrolls away; a capsule in the corner leads
 /// back. It keeps the last 5,000 lines. Lines are shown in batches, so that a flood of them does not hold up the

@@ -85,6 +85,8 @@ void SettingsWindow::showTab(int tab)
         tab = static_cast<int>(
             std::clamp<std::int64_t>(m_context.settings.intValue(storageKey).value_or(0), 0, SettingsTab::count - 1));
     m_list->setCurrentRow(tab);
+    if (!isVisible() && parentWidget())
+        move(parentWidget()->geometry().center() - rect().center());
     show();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
