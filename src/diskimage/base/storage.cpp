@@ -300,13 +300,14 @@ ByteRange Source::nextData(std::uint64_t offset) const
 void readAroundHoles(const Source& source, std::uint64_t offset, MutableByteView out)
 {
     checkRange(offset, out.size(), source.size(), "the data");
-    const auto end = offset + out.size();
-    for (auto data = source.nextData(offset); data.start < end; data = source.nextData(data.end)) {
-        const auto length = std::min(data.end, end) - data.start;
-        source.read(data.start, out.subspan(data.start - offset, length));
-        if (data.end >= end) {
-            break;
-        }
+    while (!out.empty()) {
+        const auto data = source.nextData(offset);
+        const auto hole = std::min<std::uint64_t>(data.start - offset, out.size());
+        std::fill_n(out.begin(), hole, std::uint8_t{0});
+        const auto length = std::min<std::uint64_t>(data.length(), out.size() - hole);
+        source.read(data.start, out.subspan(hole, length));
+        out = out.subspan(hole + length);
+        offset += hole + length;
     }
 }
 

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] virtual ByteRange nextData(std::uint64_t offset) const;
 };
 
-/// Fills `out` like Source::read, but leaves out the holes, where `out` already holds zeros.
+/// Fills `out` like Source::read, with zeros where there are holes, which are not read.
 void readAroundHoles(const Source& source, std::uint64_t offset, MutableByteView out);
 
 /// A Source that can also be written. Writing beyond the end makes it longer; what lies between reads as zeros and

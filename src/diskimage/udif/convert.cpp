@@ -113,14 +113,7 @@ std::vector<Job> jobsFor(const Source& disk, const std::vector<DiskExtent>& exte
     return jobs;
 }
 
-Bytes readChunk(const Source& disk, std::uint64_t sector, std::uint64_t count)
-{
-    Bytes bytes(static_cast<std::size_t>(count * sectorSize));
-    readAroundHoles(disk, sector * sectorSize, bytes);
-    return bytes;
-}
-
-Packed packChunk(Bytes bytes, const ZlibCompressor* compressor)
+Packed packChunk(ByteView bytes, ZlibCompressor* compressor)
 {
     if (isZero(bytes))
         return {};
@@ -130,14 +123,14 @@ Packed packChunk(Bytes bytes, const ZlibCompressor* compressor)
         packed.payload = compressor->compress(bytes);
     packed.type = packed.payload.empty() ? ChunkType::raw : ChunkType::zlib;
     if (packed.payload.empty())
-        packed.payload = std::move(bytes);
+        packed.payload.assign(bytes.begin(), bytes.end());
     packed.payloadCrc = packed.type == ChunkType::raw ? packed.expandedCrc : crc32(0, packed.payload);
     return packed;
 }
 
 using Packers = InOrder<Packed>;
 
-/// One function a thread, with a compressor of its own.
+/// One function a thread, with a compressor and memory of its own.
 std::vector<Packers::Producer> packersFor(const Source& disk, const std::vector<DiskExtent>& extents,
                                           const std::vector<Job>& jobs, const ConvertOptions& options)
 {
@@ -148,10 +141,12 @@ std::vector<Packers::Producer> packersFor(const Source& disk, const std::vector<
         std::optional<ZlibCompressor> compressor;
         if (options.format == Format::udzo)
             compressor.emplace(options.zlibLevel);
-        packers.emplace_back([&disk, &extents, &jobs, compressor](std::size_t index) {
+        packers.emplace_back([&disk, &extents, &jobs, compressor, chunk = Bytes()](std::size_t index) mutable {
             const Job& job = jobs[index];
             const std::uint64_t sector = extents[job.extent].start + job.firstSector;
-            return packChunk(readChunk(disk, sector, job.sectorCount), compressor ? &*compressor : nullptr);
+            chunk.resize(static_cast<std::size_t>(job.sectorCount * sectorSize));
+            readAroundHoles(disk, sector * sectorSize, chunk);
+            return packChunk(chunk, compressor ? &*compressor : nullptr);
         });
     }
     return packers;

@@ -131,7 +131,6 @@ private:
             std::fill(out.begin(), out.end(), std::uint8_t{0});
             return;
         case ChunkType::raw:
-            std::fill(out.begin(), out.end(), std::uint8_t{0});
             readAroundHoles(m_file, piece.fileOffset + within, out);
             return;
         default: {

@@ -2,6 +2,7 @@
 
 #include "diskimage/base/error.h"
 
+#include <algorithm>
 #include <array>
 #include <libdeflate.h>
 #include <new>
@@ -30,14 +31,14 @@ ZlibCompressor::ZlibCompressor(int zlibLevel)
         throw std::bad_alloc();
 }
 
-Bytes ZlibCompressor::compress(ByteView bytes) const
+Bytes ZlibCompressor::compress(ByteView bytes)
 {
     if (bytes.empty())
         return {};
-    Bytes stream(bytes.size() - 1);
-    stream.resize(
-        libdeflate_zlib_compress(m_compressor.get(), bytes.data(), bytes.size(), stream.data(), stream.size()));
-    return stream;
+    m_stream.resize(std::max(m_stream.size(), bytes.size()));
+    const auto size =
+        libdeflate_zlib_compress(m_compressor.get(), bytes.data(), bytes.size(), m_stream.data(), bytes.size() - 1);
+    return {m_stream.begin(), m_stream.begin() + static_cast<std::ptrdiff_t>(size)};
 }
 
 Bytes expandZlib(ByteView stream, std::size_t size)
