@@ -66,6 +66,11 @@ bool CanvasScene::refreshWarnings()
     if (now == m_warnings)
         return false;
     m_warnings = std::move(now);
+    m_badged.clear();
+    for (const CanvasWarning& warning : m_warnings) {
+        if (warning.kind != CanvasWarning::Kind::outsideWindow)
+            m_badged.insert(warning.item.bytes);
+    }
     return true;
 }
 
@@ -286,9 +291,7 @@ void CanvasScene::drawIcon(QPainter& painter, const QRectF& clip, const SceneVie
     if (!area.intersects(clip))
         return;
     const bool faded = inBackgroundMode();
-    const bool badged = std::any_of(m_warnings.begin(), m_warnings.end(), [&](const CanvasWarning& warning) {
-        return warning.item == item.id && warning.kind != CanvasWarning::Kind::outsideWindow;
-    });
+    const bool badged = m_badged.contains(item.id.bytes);
     const InContent inContent(painter, view, view.place.content);
     m_icons.draw(painter, item, project, scale, view.ratio,
                  {!faded && m_state.selection() == item.id, faded, badged, m_colors.palette.accent});
@@ -315,7 +318,7 @@ void CanvasScene::drawAbove(QPainter& painter, const SceneView& view)
         const InContent inContent(painter, view);
         for (const CanvasWarning& warning : m_warnings) {
             if (warning.kind == CanvasWarning::Kind::outsideWindow)
-                drawWarningBadge(painter, toQRectF(edgeBadge(warning, project.contentSize(), view.place.scale)));
+                m_icons.drawBadge(painter, edgeBadge(warning, project.contentSize(), view.place.scale), view.ratio);
         }
     }
     if (showsEmptyHint(project))

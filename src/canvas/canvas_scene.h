@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace velmora
@@ -115,7 +116,8 @@ private:
     IconDrawing m_icons{m_pictures};
     WindowShadow m_shadow{};
     std::vector<CanvasWarning> m_warnings{};
-    CanvasColors m_colors{}; ///< of the present drawing
+    std::set<decltype(Uuid::bytes)> m_badged{}; ///< the items with a badge on their icon
+    CanvasColors m_colors{};                    ///< of the present drawing
     int m_generation = 0;
     LayerKey m_key{};
     MovingKey m_movingKey{};

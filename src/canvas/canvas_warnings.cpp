@@ -21,22 +21,28 @@ QString folded(const DMGItem& item)
     return QString::fromStdString(item.displayName).normalized(QString::NormalizationForm_D).toCaseFolded();
 }
 
-/// For every name that occurs twice, the first two items of it.
+/// The first two items of a name.
 struct Namesakes {
     const DMGItem* first = nullptr;
     const DMGItem* second = nullptr;
 };
 
-QHash<QString, Namesakes> namesakes(const DMGProject& project)
+/// The namesakes of the visible items, in their order.
+std::vector<Namesakes> namesakes(const DMGProject& project)
 {
-    QHash<QString, Namesakes> found;
+    QHash<QString, Namesakes> byName;
+    std::vector<QString> names;
     for (const DMGItem& item : project.items) {
         if (item.hidden)
             continue;
-        Namesakes& each = found[folded(item)];
+        names.push_back(folded(item));
+        Namesakes& each = byName[names.back()];
         (each.first ? each.second : each.first) = &item;
     }
-    return found;
+    std::vector<Namesakes> result;
+    for (const QString& name : names)
+        result.push_back(byName.value(name));
+    return result;
 }
 
 } // namespace
@@ -47,6 +53,7 @@ std::vector<CanvasWarning> canvasWarnings(const DMGProject& project, ItemIcons& 
     std::vector<CanvasWarning> warnings;
     const Size content = project.contentSize();
     const auto names = namesakes(project);
+    auto alike = names.begin();
     for (const DMGItem& item : project.items) {
         if (item.hidden)
             continue;
@@ -60,20 +67,20 @@ std::vector<CanvasWarning> canvasWarnings(const DMGProject& project, ItemIcons& 
             warnings.push_back(
                 {Kind::outsideWindow, item.id, QString::fromUtf8(Labels::canvasOutsideWindow).arg(name), edge});
         }
-        const Namesakes& alike = *names.constFind(folded(item));
-        if (alike.second)
+        if (alike->second)
             warnings.push_back(
                 {Kind::sameName,
                  item.id,
-                 QString::fromUtf8(Labels::canvasSameName).arg(name, pathOf(*alike.first), pathOf(*alike.second)),
+                 QString::fromUtf8(Labels::canvasSameName).arg(name, pathOf(*alike->first), pathOf(*alike->second)),
                  {}});
+        ++alike;
     }
     return warnings;
 }
 
 Rect edgeBadge(const CanvasWarning& warning, Size contentSize, double scale)
 {
-    constexpr double side = 16;
+    constexpr double side = warningBadgeSize;
     constexpr double inset = 4;
     const auto inside = [=](double center, double extent) {
         return std::max(inset, std::min(center - side / 2, extent - side - inset));

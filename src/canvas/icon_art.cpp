@@ -145,6 +145,28 @@ void drawApplication(QPainter& painter)
     painter.fillPath(rounded({52, 54.5, 11, 3}, 1.5), QColor(0xC8, 0xD1, 0xE0));
 }
 
+void drawBadge(QPainter& painter)
+{
+    QPainterPath triangle;
+    triangle.moveTo(8, 2.2);
+    triangle.lineTo(14.4, 13.6);
+    triangle.lineTo(1.6, 13.6);
+    triangle.closeSubpath();
+    const auto outlined = [&](const QColor& color, double width) {
+        painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setBrush(color);
+        painter.drawPath(triangle);
+    };
+    const QColor ink(0x4A, 0x2E, 0x00);
+    outlined(QColor(255, 255, 255), 3.4);
+    outlined(QColor(0xF2, 0xA9, 0x1E), 1.2);
+    painter.setPen(QPen(ink, 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(8, 6.2), QPointF(8, 9.4));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    painter.drawEllipse(QPointF(8, 11.8), 0.95, 0.95);
+}
+
 } // namespace
 
 void drawIconArt(QPainter& painter, IconArt art, const QRectF& square, const QString& kind)
@@ -171,30 +193,16 @@ void drawIconArt(QPainter& painter, IconArt art, const QRectF& square, const QSt
     painter.restore();
 }
 
-void drawWarningBadge(QPainter& painter, const QRectF& square)
+QImage warningBadge(double ratio)
 {
-    painter.save();
+    const int pixels = static_cast<int>(std::ceil(warningBadgeSize * ratio));
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(square.topLeft());
-    painter.scale(square.width() / 16, square.height() / 16);
-    QPainterPath triangle;
-    triangle.moveTo(8, 2.2);
-    triangle.lineTo(14.4, 13.6);
-    triangle.lineTo(1.6, 13.6);
-    triangle.closeSubpath();
-    const auto outlined = [&](const QColor& color, double width) {
-        painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.setBrush(color);
-        painter.drawPath(triangle);
-    };
-    outlined(QColor(255, 255, 255), 3.4);
-    outlined(QColor(0xF2, 0xA9, 0x1E), 1.2);
-    painter.setPen(QPen(QColor(0x4A, 0x2E, 0x00), 1.6, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(QPointF(8, 6.2), QPointF(8, 9.4));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0x4A, 0x2E, 0x00));
-    painter.drawEllipse(QPointF(8, 11.8), 0.95, 0.95);
-    painter.restore();
+    drawBadge(painter);
+    return image;
 }
 
 } // namespace velmora

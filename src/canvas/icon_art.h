@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
@@ -14,7 +15,9 @@ enum class IconArt { document, folder, applicationsFolder, application };
 /// one.
 void drawIconArt(QPainter& painter, IconArt art, const QRectF& square, const QString& kind = {});
 
-/// The sign of a warning, for a square of 16 points.
-void drawWarningBadge(QPainter& painter, const QRectF& square);
+/// The side of the sign of a warning, points.
+inline constexpr double warningBadgeSize = 16;
+/// The sign of a warning.
+QImage warningBadge(double ratio);
 
 } // namespace velmora

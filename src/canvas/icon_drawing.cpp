@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace velmora
 {
@@ -11,7 +12,6 @@ namespace
 {
 
 constexpr double labelPadding = 3;
-constexpr double badgeSize = 16;
 constexpr qsizetype mostLabels = 5000;
 
 QFont::Weight weightOf(bool selected)
@@ -28,18 +28,22 @@ double columnOf(const DMGProject& project, double scale)
 
 IconLabel shaped(const QString& name, double fontSize, double width, QFont::Weight weight)
 {
-    QStringList lines;
-    const qsizetype first = TextLine::fitting(name, fontSize, weight, width);
-    lines.append(name.left(first).trimmed());
-    if (first < name.size())
-        lines.append(TextLine::elided(name.mid(first).trimmed(), fontSize, weight, width));
     IconLabel label;
-    for (const QString& line : lines) {
-        label.lines.emplace_back(line, fontSize, weight);
+    const auto add = [&](TextLine line) {
+        label.lines.push_back(std::move(line));
         const QSizeF size = label.lines.back().size();
         label.firstLine = {std::max(label.firstLine.width, size.width()), size.height()};
         label.height += size.height();
+    };
+    TextLine whole(name, fontSize, weight);
+    if (whole.size().width() <= width) {
+        add(std::move(whole));
+        return label;
     }
+    const qsizetype first = TextLine::fitting(name, fontSize, weight, width);
+    add(TextLine(name.left(first).trimmed(), fontSize, weight));
+    if (first < name.size())
+        add(TextLine(TextLine::elided(name.mid(first).trimmed(), fontSize, weight, width), fontSize, weight));
     return label;
 }
 
@@ -76,19 +80,28 @@ IconAreas IconDrawing::areas(const DMGItem& item, const DMGProject& project, dou
 
 Rect IconDrawing::inkArea(const DMGItem& item, const DMGProject& project, double scale)
 {
-    // The selected label is wider, and the selection's outline is the farthest of all.
-    const Rect outline = areas(item, project, scale, true).outline;
-    const Rect picture = areas(item, project, scale, false).picture;
-    constexpr double margin = 4;
-    const double left = std::min(outline.x, picture.x) - margin;
-    const double right = std::max(outline.x + outline.width, picture.x + picture.width) + margin;
-    return {left, outline.y - margin, right - left, outline.height + 2 * margin + badgeSize / 2};
+    // Whether or not it is selected: bold letters are wider and may need a second line.
+    constexpr double margin = 6;
+    const IconAreas areas = this->areas(item, project, scale, false);
+    const double left = std::min(areas.outline.x, areas.picture.x) - margin;
+    const double right = std::max(areas.outline.x + areas.outline.width, areas.picture.x + areas.picture.width) +
+                         areas.label.width / 4 + margin;
+    return {left, areas.outline.y - areas.label.height - margin, right - left,
+            areas.outline.height + 2 * (areas.label.height + margin) + warningBadgeSize / 2};
 }
 
 Rect IconDrawing::badge(const IconAreas& areas)
 {
     const Rect& picture = areas.picture;
-    return {picture.x + picture.width - badgeSize, picture.y + picture.height - badgeSize, badgeSize, badgeSize};
+    return {picture.x + picture.width - warningBadgeSize, picture.y + picture.height - warningBadgeSize,
+            warningBadgeSize, warningBadgeSize};
+}
+
+void IconDrawing::drawBadge(QPainter& painter, const Rect& square, double ratio)
+{
+    if (m_badge.devicePixelRatio() != ratio || m_badge.isNull())
+        m_badge = warningBadge(ratio);
+    painter.drawImage(toQRectF(square).topLeft(), m_badge);
 }
 
 void IconDrawing::draw(QPainter& painter, const DMGItem& item, const DMGProject& project, double scale, double ratio,
@@ -103,7 +116,7 @@ void IconDrawing::draw(QPainter& painter, const DMGItem& item, const DMGProject&
     m_icons.draw(painter, item, toQRectF(areas.picture), ratio);
     painter.setOpacity(opacity);
     if (state.warning)
-        drawWarningBadge(painter, toQRectF(badge(areas)));
+        drawBadge(painter, badge(areas), ratio);
 
     const QRectF ground = toQRectF(areas.label);
     if (state.selected) {

@@ -65,11 +65,15 @@ public:
     void draw(QPainter& painter, const DMGItem& item, const DMGProject& project, double scale, double ratio,
               const IconState& state);
 
+    /// Draws the sign of a warning, painter's units being points.
+    void drawBadge(QPainter& painter, const Rect& square, double ratio);
+
     ItemIcons& icons() { return m_icons; }
 
 private:
     ItemIcons m_icons;
     IconLabels m_labels{};
+    QImage m_badge{};
 };
 
 } // namespace velmora

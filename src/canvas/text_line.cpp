@@ -5,6 +5,8 @@
 #include <QTextLayout>
 #include <QTextOption>
 
+#include <map>
+
 namespace velmora
 {
 namespace
@@ -13,14 +15,26 @@ namespace
 // Qt rounds font sizes to whole pixels: text is laid out at this size and the painter scaled.
 constexpr int referencePixels = 64;
 
-QFont interfaceFont(QFont::Weight weight)
+QFont madeFont(QFont font, QFont::Weight weight)
 {
-    QFont font = QGuiApplication::font();
     font.setPixelSize(referencePixels);
     font.setWeight(weight);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
     return font;
+}
+
+/// Fonts are looked up once: a new one of the same description would be looked up again.
+QFont interfaceFont(QFont::Weight weight)
+{
+    static QFont base;
+    static std::map<int, QFont> fonts;
+    if (fonts.empty() || base != QGuiApplication::font()) {
+        fonts.clear();
+        base = QGuiApplication::font();
+    }
+    const auto known = fonts.find(weight);
+    return known != fonts.end() ? known->second : fonts.emplace(weight, madeFont(base, weight)).first->second;
 }
 
 QTextLine layOut(QTextLayout& layout, double width)
