@@ -92,6 +92,7 @@ CanvasView::CanvasView(AppState& state, ThemeManager& themes, const BuiltInArrow
         redrawAll();
     });
     connectState();
+    m_viewport.setContentSize(state.project().contentSize());
     projectDidChange();
 }
 

@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -192,6 +193,28 @@ TEST(CanvasZoom, presetsFitAndThePlaceUnderThePointer)
     EXPECT_GT(*w.canvas.zoom(), 2.5);
     EXPECT_NEAR(w.canvas.placement().toContent(pointer).x, held.x, 0.5);
     EXPECT_NEAR(w.canvas.placement().toContent(pointer).y, held.y, 0.5);
+}
+
+TEST(CanvasZoom, theMenuOffersFitAndThePresets)
+{
+    CanvasWorld w;
+    w.state.edit({}, [](DMGProject& project) { project = DMGProject(); });
+    CanvasView canvas(w.state, w.themes, w.world.arrows, w.world.pictures);
+    canvas.resize(740, 760);
+    canvas.show();
+    EXPECT_EQ(canvas.placement().content.width(), 740 - 72) << "a canvas shows the project it finds";
+    auto* control = canvas.findChild<ZoomControl*>(QStringLiteral("canvas.zoom"));
+    ASSERT_NE(control, nullptr);
+    control->click();
+    auto* menu = control->findChild<QMenu*>();
+    ASSERT_NE(menu, nullptr);
+    QStringList names;
+    for (const QAction* action : menu->actions())
+        names.append((action->isChecked() ? "*" : "") + action->text());
+    EXPECT_EQ(names.join(' '), "*Fit to Window  50% 75% 100% 125% 150% 200%");
+    menu->actions()[3]->trigger();
+    EXPECT_EQ(canvas.zoom(), 0.75);
+    menu->close();
 }
 
 TEST(CanvasZoom, absurdWindowsAreDrawnAsFarAsTheyAreSeen)
