@@ -459,10 +459,14 @@ bool BuildSheet::event(QEvent* event)
 
 void BuildSheet::appendLog(const QString& text)
 {
+    LogLine kind = LogLine::message;
     const QString whole = text.endsWith(QLatin1Char('\n')) ? text.chopped(1) : text;
     for (const QString& line : whole.split(QLatin1Char('\n'))) {
         const ShownLine shown = shownLine(line);
-        m_log->append(shown.text, shown.kind);
+        // An error's further lines belong to it.
+        if (kind != LogLine::error || shown.kind != LogLine::message)
+            kind = shown.kind;
+        m_log->append(shown.text, kind);
     }
 }
 

@@ -25,7 +25,9 @@ FilesAndFoldersDialog::FilesAndFoldersDialog(QWidget* parent, bool multiple) : Q
     if (auto* name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
         connect(name, &QLineEdit::textChanged, this, &FilesAndFoldersDialog::updateOpenButton, Qt::QueuedConnection);
     connect(this, &QFileDialog::currentChanged, this, &FilesAndFoldersDialog::updateOpenButton, Qt::QueuedConnection);
+    setNameFilter(QStringLiteral("All Files and Folders (*)"));
     setLabelText(QFileDialog::Accept, QStringLiteral("&Open"));
+    setLabelText(QFileDialog::FileName, QStringLiteral("&Name:"));
 }
 
 bool FilesAndFoldersDialog::choiceExists() const
