@@ -31,6 +31,7 @@ class CanvasBenchWorld
     };
     struct NoDesktop : Desktop {
         void reveal(const std::filesystem::path&) override {}
+        void openFolder(const std::filesystem::path&) override {}
         void openAddress(const std::string&) override {}
     };
     struct NoSettings : SettingsStore {
