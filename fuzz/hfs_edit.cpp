@@ -1,7 +1,6 @@
 // HFS+ volumes: changed as detaching an image changes them. A sound volume stays sound, whether the change succeeds or
 // not, and keeps what is not changed. Input: a packed disk (support/sparse_disk.h).
 
-#include "diskimage/hfs/check.h"
 #include "diskimage/hfs/editor.h"
 #include "diskimage/hfs/volume.h"
 #include "support/sparse_disk.h"
@@ -68,13 +67,13 @@ bool liesIn(const std::string& path, const std::string& top)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto disk = memoryStorage(fuzz::unpackDisk({data, size}));
-    const bool isSound = hfs::checkVolume(*disk).empty();
+    const bool isSound = fuzz::faultsOn(*disk).empty();
     const auto before = fuzz::attempt([&] { return fuzz::contentOf(hfs::Volume(*disk).root()); });
     std::string removed;
     const bool isEdited = fuzz::attempt([&] { return edit(*disk, removed), true; }).has_value();
     if (!isSound)
         return 0;
-    fuzz::expectNone(hfs::checkVolume(*disk), "a sound volume stays sound");
+    fuzz::expectNone(fuzz::faultsOn(*disk), "a sound volume stays sound");
     const hfs::Volume volume(*disk);
     const auto after = fuzz::contentOf(volume.root());
     for (const auto& [path, digest] : *before) {

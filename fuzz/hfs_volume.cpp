@@ -1,6 +1,5 @@
 // HFS+ volumes: read whole, and checked. Reader and checker must agree. Input: a packed disk (support/sparse_disk.h).
 
-#include "diskimage/hfs/check.h"
 #include "diskimage/hfs/volume.h"
 #include "support/sparse_disk.h"
 #include "support/target.h"
@@ -12,7 +11,7 @@ using namespace velmora::diskimage;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto disk = memoryStorage(fuzz::unpackDisk({data, size}));
-    const auto faults = hfs::checkVolume(*disk);
+    const auto faults = fuzz::faultsOn(*disk);
     const auto volume = fuzz::attempt([&] { return hfs::Volume(*disk); });
     if (!volume) {
         fuzz::expect(!faults.empty(), "what cannot be read has faults");

@@ -1,6 +1,9 @@
+#include "diskimage/hfs/catalog_records.h"
 #include "diskimage/hfs/editor.h"
+#include "diskimage/hfs/format.h"
 #include "diskimage/hfs/names.h"
 #include "diskimage/hfs/volume.h"
+#include "diskimage/hfs/volume_header.h"
 #include "diskimage/hfs/writer.h"
 #include "seeds.h"
 #include "support/sparse_disk.h"
@@ -21,13 +24,11 @@ namespace
 
 constexpr std::size_t volumeSize = std::size_t{512} << 10;
 constexpr std::size_t blockSize = 4096;
-constexpr std::size_t headerPlace = 1024;
 // In the volume header.
 constexpr std::size_t attributesOffset = 4;
 constexpr std::size_t catalogOffset = 272;
 constexpr std::size_t firstExtentOffset = 16; // in fork data
 // In folder and file records.
-constexpr std::size_t idOffset = 8;
 constexpr std::size_t modeOffset = 42;
 constexpr std::size_t specialOffset = 44;
 constexpr std::size_t dataForkOffset = 88;
@@ -125,26 +126,13 @@ Bytes linkedVolume()
     return contentOf(*volumeOf({folder(nul + nul + nul + nul + "HFS+ Private Data", {file("iNode1", 5)}), link}));
 }
 
-/// The same volume with names compared by their units.
-Bytes binaryVolume()
-{
-    Bytes volume = variedVolume();
-    for (const std::size_t header : {headerPlace, volumeSize - headerPlace}) {
-        putBE16(volume.data() + header, 0x4858);
-        putBE16(volume.data() + header + 2, 5);
-    }
-    const std::size_t catalog = getBE32(volume.data() + headerPlace + catalogOffset + firstExtentOffset) * blockSize;
-    volume[catalog + 51] = 0xBC;
-    return volume;
-}
-
-/// The same volume in the wrapper of old systems.
+/// A volume in the wrapper of old systems.
 Bytes wrappedVolume()
 {
     constexpr std::size_t front = 8192;
     Bytes disk(front);
     append(disk, variedVolume());
-    std::uint8_t* block = disk.data() + headerPlace;
+    std::uint8_t* block = disk.data() + volumeHeaderOffset;
     std::copy_n("BD", 2, block);
     putBE32(block + 20, blockSize);
     putBE16(block + 28, front / 512);
@@ -153,11 +141,13 @@ Bytes wrappedVolume()
     return disk;
 }
 
-constexpr std::uint16_t folderRecord = 1;
-constexpr std::uint16_t fileRecord = 2;
+std::size_t catalogPlace(const Bytes& volume)
+{
+    return getBE32(volume.data() + volumeHeaderOffset + catalogOffset + firstExtentOffset) * blockSize;
+}
 
 /// The record of the file or folder with this name.
-std::uint8_t* recordOf(Bytes& volume, std::string_view name, std::uint16_t kind = fileRecord)
+std::uint8_t* recordOf(Bytes& volume, std::string_view name, std::uint16_t kind = recordFile)
 {
     Bytes key;
     const std::u16string units = storedName(name);
@@ -168,6 +158,21 @@ std::uint8_t* recordOf(Bytes& volume, std::string_view name, std::uint16_t kind 
     const auto place = std::search(volume.begin(), volume.end(), key.begin(), key.end());
     expect(place != volume.end(), "the name is in the catalog");
     return &*place + key.size() - 2;
+}
+
+/// A volume whose names are compared by their units, and whose folders count the folders in them.
+Bytes binaryVolume()
+{
+    Bytes volume = contentOf(*volumeOf({folder("app", {file("program", 5000)}), file("b", 1)}));
+    for (const std::size_t header : {volumeHeaderOffset, volumeSize - volumeHeaderOffset}) {
+        putBE16(volume.data() + header, signatureHfsx);
+        putBE16(volume.data() + header + 2, 5);
+    }
+    volume[catalogPlace(volume) + 51] = compareBinary;
+    for (const char* name : {"Volume", "app"})
+        putBE16(recordOf(volume, name, recordFolder) + recordFlagsOffset, itemHasFolderCount);
+    putBE32(recordOf(volume, "Volume", recordFolder) + folderCountOffset, 1);
+    return volume;
 }
 
 using Damage = std::function<void(Bytes& volume)>;
@@ -181,10 +186,10 @@ Seed damaged(std::string name, Bytes volume, const Damage& damage)
 /// Links each node of the catalog's leaves to the first one.
 void linkLeavesToFirst(Bytes& volume)
 {
-    const std::size_t catalog = getBE32(volume.data() + headerPlace + catalogOffset + firstExtentOffset) * blockSize;
+    const std::size_t catalog = catalogPlace(volume);
     const std::uint32_t first = getBE32(volume.data() + catalog + 24);
     for (std::size_t node = catalog; node < catalog + 4 * blockSize; node += blockSize) {
-        if (volume[node + 8] == 0xFF)
+        if (volume[node + 8] == nodeKindLeaf)
             putBE32(volume.data() + node, first);
     }
 }
@@ -194,7 +199,7 @@ void linkLeavesToFirst(Bytes& volume)
 std::vector<Seed> volumeSeeds()
 {
     constexpr std::uint64_t farAway = std::numeric_limits<std::uint64_t>::max() - 100;
-    const auto header = [](Bytes& volume) { return volume.data() + headerPlace; };
+    const auto header = [](Bytes& volume) { return volume.data() + volumeHeaderOffset; };
     return {
         {"varied", packDisk(variedVolume())},
         {"crowded", packDisk(crowdedVolume())},
@@ -217,13 +222,14 @@ std::vector<Seed> volumeSeeds()
                 [&](Bytes& volume) { putBE64(header(volume) + catalogOffset, farAway); }),
         damaged("hidden cycle", contentOf(*volumeOf({folder("outer", {folder("inner")})})),
                 [](Bytes& volume) {
-                    std::uint8_t* inner = recordOf(volume, "inner", folderRecord);
-                    putBE32(inner + idOffset, getBE32(recordOf(volume, "outer", folderRecord) + idOffset));
+                    std::uint8_t* inner = recordOf(volume, "inner", recordFolder);
+                    putBE32(inner + recordIdOffset, getBE32(recordOf(volume, "outer", recordFolder) + recordIdOffset));
                     putBE16(inner + modeOffset, 0010755); // a pipe's: readers pass over it
                 }),
         damaged("journaled", variedVolume(),
                 [&](Bytes& volume) {
-                    putBE32(header(volume) + attributesOffset, getBE32(header(volume) + attributesOffset) | 0x2000);
+                    putBE32(header(volume) + attributesOffset,
+                            getBE32(header(volume) + attributesOffset) | volumeJournaled);
                     putBE32(header(volume) + 12, 1);
                 }),
         damaged("compressed", variedVolume(), [](Bytes& volume) { recordOf(volume, "a")[41] = 0x20; }),

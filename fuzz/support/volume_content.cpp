@@ -1,6 +1,8 @@
 #include "support/volume_content.h"
 
 #include "diskimage/base/checksum.h"
+#include "diskimage/hfs/check.h"
+#include "diskimage/hfs/volume_header.h"
 #include "support/target.h"
 
 #include <algorithm>
@@ -58,6 +60,14 @@ std::map<std::string, EntryDigest> contentOf(const Entry& root)
     std::map<std::string, EntryDigest> content;
     collect(content, root, "");
     return content;
+}
+
+std::vector<std::string> faultsOn(const Source& disk)
+{
+    const auto place = attempt([&] { return locateVolume(disk); });
+    if (!place)
+        return {"The volume's place cannot be found."};
+    return checkVolume(*sliceOf(disk, place->offset, place->length));
 }
 
 } // namespace velmora::fuzz

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace velmora::fuzz
 {
@@ -22,5 +23,8 @@ struct EntryDigest {
 
 /// Reads everything below a folder, of each fork the first and last bytes, and returns it by path ("/folder/name").
 std::map<std::string, EntryDigest> contentOf(const diskimage::hfs::Entry& root);
+
+/// The faults of the volume on a disk, which may have the wrapper of old systems around it.
+std::vector<std::string> faultsOn(const diskimage::Source& disk);
 
 } // namespace velmora::fuzz
