@@ -8,6 +8,7 @@
 #include "diskimage/base/property_list_text.h"
 #include "diskimage/base/text.h"
 
+#include <algorithm>
 #include <bit>
 #include <chrono>
 #include <cmath>
@@ -21,6 +22,9 @@ namespace
 
 constexpr std::size_t headerSize = 8;
 constexpr std::size_t trailerSize = 32;
+/// Memory that the values may take.
+constexpr std::uint64_t smallestBudget = std::uint64_t{64} << 20;
+constexpr std::uint64_t largestBudget = std::uint64_t{1} << 30;
 
 [[noreturn]] void fail(const std::string& why)
 {
@@ -74,8 +78,8 @@ public:
             m_count > (tableEnd - m_tableOffset) / m_offsetWidth)
             fail("its offset table lies outside");
         // Objects may be shared, and a tree of values repeats what is shared: a small file could otherwise unfold
-        // without end.
-        m_budget = (std::uint64_t{1} << 20) + std::uint64_t{bytes.size()} * 16;
+        // without end. A reference of one byte becomes a whole value, too.
+        m_budget = std::min(smallestBudget + std::uint64_t{bytes.size()} * 16, largestBudget);
     }
 
     Plist read() { return object(m_top, 0); }
@@ -214,7 +218,7 @@ private:
         const unsigned marker = range(offset, 1)[0];
         const unsigned low = marker & 15;
         ++offset;
-        spend(1);
+        spend(sizeof(Plist));
         switch (marker >> 4) {
         case 0x0:
             return simple(low);
@@ -267,7 +271,7 @@ private:
     std::uint64_t m_count = 0;
     std::uint64_t m_top = 0;
     std::uint64_t m_tableOffset = 0;
-    std::uint64_t m_budget = 0;
+    std::uint64_t m_budget = 0; ///< bytes
 };
 
 void appendNumber(Bytes& out, std::uint64_t value, std::size_t width)

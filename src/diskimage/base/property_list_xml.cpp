@@ -335,6 +335,11 @@ private:
 
 Plist readXmlPlist(ByteView bytes)
 {
+    // An element or attribute of a few bytes takes a hundred in memory. Lists of this size hold data, not elements.
+    constexpr std::ptrdiff_t mostMarks = 2'000'000;
+    const auto isMark = [](std::uint8_t c) { return c == '<' || c == '='; };
+    if (std::count_if(bytes.begin(), bytes.end(), isMark) > mostMarks)
+        fail("it holds far more elements than any list has");
     pugi::xml_document document;
     // Every character counts in a <string>, white space alone included. The document type is skipped and no entity is
     // defined by it, so nothing can be pulled in or unfold.

@@ -38,6 +38,23 @@ Bytes binary(const std::vector<Bytes>& objects)
     return out;
 }
 
+/// An array of `count` references to one object.
+Bytes repeating(std::uint32_t count, const Bytes& object)
+{
+    Bytes list = {'b', 'p', 'l', 'i', 's', 't', '0', '0', 0xAF, 0x12};
+    appendBE32(list, count);
+    list.insert(list.end(), count, 1);
+    const std::size_t place = list.size();
+    append(list, object);
+    const std::size_t table = list.size();
+    appendBE32(list, 8);
+    appendBE32(list, static_cast<std::uint32_t>(place));
+    append(list, Bytes{0, 0, 0, 0, 0, 0, 4, 1});
+    for (const std::size_t value : {std::size_t{2}, std::size_t{0}, table})
+        appendBE64(list, value);
+    return list;
+}
+
 Plist xml(const std::string& body)
 {
     return readPlist(viewOf("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + body + "</plist>"));
@@ -176,18 +193,12 @@ TEST(BinaryPropertyList, doesNotUnfoldWithoutEnd)
     // Twelve arrays need offsets of a byte: they just fit.
     EXPECT_THAT(errorOf(binary(bomb)), HasSubstr("unfolds"));
 
-    Bytes list = {'b', 'p', 'l', 'i', 's', 't', '0', '0', 0xAF, 0x12, 0, 1, 0, 0};
-    list.insert(list.end(), 65536, 1);
-    const std::size_t text = list.size();
-    append(list, Bytes{0x5F, 0x12, 0, 1, 0, 0});
-    list.insert(list.end(), 65536, 'x');
-    const std::size_t table = list.size();
-    appendBE32(list, 8);
-    appendBE32(list, static_cast<std::uint32_t>(text));
-    append(list, Bytes{0, 0, 0, 0, 0, 0, 4, 1});
-    for (const std::size_t value : {std::size_t{2}, std::size_t{0}, table})
-        appendBE64(list, value);
-    EXPECT_THAT(errorOf(list), HasSubstr("unfolds"));
+    Bytes text{0x5F, 0x12, 0, 1, 0, 0};
+    text.insert(text.end(), 65536, 'x');
+    EXPECT_THAT(errorOf(repeating(65536, text)), HasSubstr("unfolds"));
+    // A value takes far more memory than the byte that refers to it.
+    EXPECT_THAT(errorOf(repeating(4'000'000, {0x09})), HasSubstr("unfolds"));
+    EXPECT_EQ(errorOf(repeating(500'000, {0x09})), "");
 }
 
 TEST(BinaryPropertyList, survivesAnyDamage)
@@ -308,6 +319,10 @@ TEST(XmlPropertyList, endsInAnErrorForAnythingElse)
     for (int i = 0; i < 200000; ++i)
         closed += "</array>";
     EXPECT_THAT(errorOf(viewOf("<plist>" + closed + "</plist>")), HasSubstr("nested too deeply"));
+    std::string crowded;
+    for (int i = 0; i < 2'000'000; ++i)
+        crowded += "<a/>";
+    EXPECT_THAT(errorOf(viewOf("<plist>" + crowded + "</plist>")), HasSubstr("far more elements"));
     EXPECT_THROW(writeXmlPlist("\x01"), DiskImageError);
     EXPECT_THROW(writeXmlPlist(Plist()), DiskImageError);
 }
