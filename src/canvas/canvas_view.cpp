@@ -66,13 +66,13 @@ CanvasView::CanvasView(AppState& state, ThemeManager& themes, const BuiltInArrow
       m_across(new QScrollBar(Qt::Horizontal, this)),
       m_down(new QScrollBar(Qt::Vertical, this))
 {
+    installCanvasAccessibility(); // before the name, which asks for the interface: the first answer is kept
     setObjectName(QStringLiteral("canvas"));
     setAccessibleName(QString::fromUtf8(Labels::canvas));
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     grabGesture(Qt::PinchGesture);
-    installCanvasAccessibility();
 
     for (QScrollBar* bar : {m_across, m_down}) {
         bar->setFocusPolicy(Qt::NoFocus);

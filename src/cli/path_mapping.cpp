@@ -1,5 +1,7 @@
 #include "cli/path_mapping.h"
 
+#include "model/project_paths.h"
+
 namespace velmora::cli
 {
 namespace
@@ -37,17 +39,9 @@ std::string mappedPath(const std::string& path, const PathMaps& maps)
 
 void mapProjectPaths(DMGProject& project, const std::filesystem::path& documentFolder, const PathMaps& maps)
 {
-    const auto map = [&](std::string& path) {
-        if (path.empty())
-            return;
-        path = path.front() == '/' ? mappedPath(path, maps) : (documentFolder / path).lexically_normal().string();
-    };
-    map(project.backgroundImagePath);
-    map(project.volumeIconPath);
-    for (DMGItem& item : project.items)
-        map(item.sourcePath);
-    for (DMGOverlayImage& overlay : project.overlayImages)
-        map(overlay.sourcePath);
+    changeSourcePaths(project, [&](const std::string& path) {
+        return path.starts_with('/') ? mappedPath(path, maps) : pathFrom(documentFolder, path);
+    });
 }
 
 } // namespace velmora::cli

@@ -4,6 +4,7 @@
 #include "editor/file_names.h"
 #include "editor/file_types.h"
 #include "model/document.h"
+#include "model/project_paths.h"
 #include "platform/file_tree.h"
 #include "platform/ports/alerts.h"
 
@@ -38,6 +39,7 @@ void AppState::openProject(const fs::path& file)
     DMGProject project;
     try {
         project = Document::decode(readFile(file, Document::maximumSize));
+        changeSourcePaths(project, [&](const std::string& path) { return pathFrom(file.parent_path(), path); });
     } catch (const std::exception& error) {
         return presentError(std::string("Could not open project:\n") + error.what());
     }

@@ -108,6 +108,23 @@ TEST(Documents, migrateWhenTheyAreOpened)
     EXPECT_FALSE(world.state.isDirty());
 }
 
+TEST(Documents, findWhatLiesBesideThem)
+{
+    EditorWorld world;
+    DMGProject project;
+    project.items = {{.sourcePath = "apps/My.app", .displayName = "My.app"}, {.sourcePath = "/a", .displayName = "a"}};
+    project.volumeIconPath = "../icon.png";
+    const fs::path file = world.folder / "designs" / "moved.velmora";
+    BuildWorld::write(file, Document::encode(project));
+    world.state.openProject(file);
+    const DMGProject& open = world.state.project();
+    EXPECT_EQ(open.items[0].sourcePath, (world.folder / "designs/apps/My.app").string());
+    EXPECT_EQ(open.items[1].sourcePath, "/a");
+    EXPECT_EQ(open.volumeIconPath, (world.folder / "icon.png").string());
+    EXPECT_EQ(open.backgroundImagePath, "");
+    EXPECT_FALSE(world.state.isDirty());
+}
+
 TEST(Documents, keepTheOpenOneWhenAnotherCannotBeRead)
 {
     EditorWorld world;

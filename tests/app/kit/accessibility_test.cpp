@@ -55,6 +55,7 @@ TEST(Accessibility, knowsTheControlsAsWhatTheyAre)
 
 TEST(Accessibility, pressesAndAdjustsAsAPersonWould)
 {
+    installAccessibility();
     SegmentedControl segments;
     segments.addSegment("Automatic");
     segments.addSegment("Manual");
@@ -77,6 +78,7 @@ TEST(Accessibility, pressesAndAdjustsAsAPersonWould)
 
 TEST(Accessibility, namesEveryStepWithItsState)
 {
+    installAccessibility();
     StepList list;
     list.setSteps(
         {{"Create", StepState::done, "0:06", "done"}, {"Convert", StepState::running, "0:07", "running, 7 seconds"}});

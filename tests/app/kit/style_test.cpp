@@ -42,7 +42,7 @@ TEST(Look, changesWithoutRebuildingAWidget)
     QPushButton button("Reveal");
     QLabel hint("Hint");
     hint.setForegroundRole(QPalette::PlaceholderText);
-    button.resize(80, 24);
+    button.setGeometry(300, 300, 80, 24); // away from the pointer
     button.show();
     hint.show();
     for (const AppTheme theme : {AppTheme::midnight, AppTheme::emerald, AppTheme::system}) {
