@@ -18,6 +18,7 @@
 #include "canvas/canvas_elements.h"
 #include "canvas/canvas_view.h"
 #include "editor/app_state.h"
+#include "l10n/labels.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -159,9 +160,9 @@ void MainWindow::openSettings(int tab)
 void MainWindow::updateTitle()
 {
     const AppState& state = m_context.state;
-    // The mark is the platform's own; a name that holds one is no mark.
+    // Where the platform has a mark of its own it stands at "[*]"; a name that holds one is no mark.
     setWindowTitle(qtText(state.documentName()).replace(QLatin1String("[*]"), QLatin1String("[*][*]")) +
-                   QLatin1String("[*]"));
+                   QLatin1String("[*]") + (state.isDirty() ? QString::fromUtf8(Labels::editedMark) : QString()));
     setWindowModified(state.isDirty());
     setWindowFilePath(state.documentURL() ? qtPath(*state.documentURL()) : QString());
 }

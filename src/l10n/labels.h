@@ -38,6 +38,7 @@ inline constexpr const char* colors = "Colors";
 inline constexpr const char* copyLog = "Copy Log";
 inline constexpr const char* deleteSelection = "Delete";
 inline constexpr const char* edit = "Edit";
+inline constexpr const char* editedMark = " — Edited"; ///< after the name of a modified document
 inline constexpr const char* elapsed = "elapsed";
 inline constexpr const char* encryption = "Encryption";
 inline constexpr const char* enterIdentity = "Enter a signing identity.";

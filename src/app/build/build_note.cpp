@@ -24,6 +24,7 @@ BuildNote::BuildNote(QWidget* parent)
     const Look& look = lookOf(this);
     setObjectName(QStringLiteral("build.note"));
     m_button->setObjectName(QStringLiteral("build.remedy"));
+    m_button->hide();
     auto* texts = new QVBoxLayout;
     texts->setSpacing(look.length(2));
     texts->addStretch(1);

@@ -169,6 +169,7 @@ private:
         m_text->addRow(qtText(Labels::font), font);
         auto* color = new ColorWell;
         color->setObjectName(QStringLiteral("arrange.textColor"));
+        color->setAccessibleName(QStringLiteral("Text color"));
         onRefresh(bindColor(*color, elementField<T, CodableColor>(state(), selected, &T::color, "color")));
         m_text->addRow(localized("text_color"), atLeft({color}));
         addNumbers<T>(*m_text, selected,

@@ -64,6 +64,8 @@ std::function<void()> bindColor(ColorWell& control, Field<CodableColor> field)
 
 std::function<void()> bindSegments(SegmentedControl& control, Field<int> field)
 {
+    for (int i = 0; i < control.count(); ++i)
+        control.segment(i)->setObjectName(control.objectName() + QStringLiteral(".%1").arg(i));
     QObject::connect(&control, &SegmentedControl::currentChosen, &control, [field](int index) { field.store(index); });
     return [&control, field] { control.setCurrentIndex(field.value()); };
 }

@@ -466,6 +466,8 @@ int VelmoraStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
     case SH_ItemView_ShowDecorationSelected:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+    case SH_TitleBar_ModifyNotification: // the title says it in words
         return 0;
     case SH_Slider_AbsoluteSetButtons:
         return Qt::LeftButton;
