@@ -1,9 +1,8 @@
-// What a hand does on the canvas: pointer, wheel, gestures, keys, dropped files.
+// What the pointer does on the canvas: presses and drags, wheel, gestures, dropped files.
 
 #include "canvas/canvas_accessibility.h"
 #include "canvas/canvas_view.h"
 #include "canvas/geometry/icon_drag.h"
-#include "canvas/hint_capsule.h"
 #include "canvas/overlay_layer.h"
 #include "canvas/text_layer.h"
 #include "l10n/labels.h"
@@ -36,36 +35,6 @@ bool isDrag(QPointF from, QPointF to)
     return std::hypot(to.x() - from.x(), to.y() - from.y()) >= shortestDrag;
 }
 
-Qt::CursorShape cursorOf(OverlayResizeHandle handle)
-{
-    switch (handle) {
-    case OverlayResizeHandle::topLeft:
-    case OverlayResizeHandle::bottomRight:
-        return Qt::SizeFDiagCursor;
-    case OverlayResizeHandle::topRight:
-    case OverlayResizeHandle::bottomLeft:
-        return Qt::SizeBDiagCursor;
-    case OverlayResizeHandle::top:
-    case OverlayResizeHandle::bottom:
-        return Qt::SizeVerCursor;
-    case OverlayResizeHandle::left:
-    case OverlayResizeHandle::right:
-        return Qt::SizeHorCursor;
-    }
-    return Qt::ArrowCursor;
-}
-
-bool isHandle(const std::vector<OverlayBox>& boxes, const std::optional<Uuid>& selected, Point point, double scale,
-              OverlayResizeHandle& handle)
-{
-    const auto box =
-        std::find_if(boxes.begin(), boxes.end(), [&](const OverlayBox& each) { return each.id == selected; });
-    const auto found = box == boxes.end() ? std::nullopt : BoxGeometry::handleAt(point, box->bounds, scale);
-    if (found)
-        handle = *found;
-    return found.has_value();
-}
-
 std::vector<ShownGuide> shown(const auto& guides)
 {
     std::vector<ShownGuide> result;
@@ -92,98 +61,6 @@ QString alignmentOf(const std::vector<ShownGuide>& guides, const DMGProject& pro
 }
 
 } // namespace
-
-// What lies under a point.
-
-CanvasView::Hit CanvasView::hitAt(QPointF point)
-{
-    if (CanvasScene::showsEmptyHint(m_state.project()) &&
-        EmptyHint(m_viewport.placement().window(), size()).link().contains(point))
-        return {Hit::Kind::link, {}, {}};
-    const CanvasPlacement place = m_viewport.placement();
-    for (const CanvasWarning& warning : warnings()) {
-        if (warning.kind == CanvasWarning::Kind::outsideWindow &&
-            BoxGeometry::contains(edgeBadge(warning, m_state.project().contentSize(), place.scale),
-                                  place.toView(point)))
-            return {Hit::Kind::badge, warning.item, {}};
-    }
-    return m_state.editorMode() == EditorMode::background ? hitInBackground(point) : hitInContents(point);
-}
-
-CanvasView::Hit CanvasView::hitInContents(QPointF point)
-{
-    const CanvasPlacement place = m_viewport.placement();
-    if (!place.content.contains(point))
-        return {};
-    const DMGProject& project = m_state.project();
-    for (auto item = project.items.rbegin(); item != project.items.rend(); ++item) {
-        if (item->hidden)
-            continue;
-        const IconAreas areas = m_scene.icons().areas(*item, project, place.scale, item->id == m_state.selection());
-        if (iconTakes(areas, place.toView(point)))
-            return {Hit::Kind::icon, item->id, {}};
-    }
-    return {Hit::Kind::background, {}, {}};
-}
-
-CanvasView::Hit CanvasView::hitInBackground(QPointF point) const
-{
-    const CanvasPlacement place = m_viewport.placement();
-    const Point view = place.toView(point);
-    const DMGProject& project = m_state.project();
-    const auto texts = TextLayer::boxes(project);
-    const auto overlays = OverlayLayer::boxes(project);
-    if (!place.content.contains(point)) {
-        // A box may stand out of the window; its handles are drawn there and are meant to be used.
-        OverlayResizeHandle handle{};
-        if (isHandle(texts, m_state.textSelection(), view, place.scale, handle))
-            return {Hit::Kind::text, *m_state.textSelection(), handle};
-        if (isHandle(overlays, m_state.overlaySelection(), view, place.scale, handle))
-            return {Hit::Kind::overlay, *m_state.overlaySelection(), handle};
-        return {};
-    }
-    if (const auto text = BoxGeometry::hitTest(view, texts, m_state.textSelection(), place.scale))
-        return {Hit::Kind::text, text->id, text->handle};
-    if (const auto overlay = BoxGeometry::hitTest(view, overlays, m_state.overlaySelection(), place.scale))
-        return {Hit::Kind::overlay, overlay->id, overlay->handle};
-    return {Hit::Kind::background, {}, {}};
-}
-
-void CanvasView::showCursor(QPointF point)
-{
-    if (m_spaceHeld || std::holds_alternative<Pan>(m_action)) {
-        setCursor(std::holds_alternative<Pan>(m_action) ? Qt::ClosedHandCursor : Qt::OpenHandCursor);
-        return;
-    }
-    if (isActing())
-        return;
-    const Hit hit = hitAt(point);
-    const bool onLink = hit.kind == Hit::Kind::link;
-    if (onLink != m_linkHovered) {
-        m_linkHovered = onLink;
-        update(EmptyHint(m_viewport.placement().window(), size()).area().toAlignedRect().adjusted(-1, -1, 1, 1));
-    }
-    switch (hit.kind) {
-    case Hit::Kind::link:
-    case Hit::Kind::badge:
-        setCursor(Qt::PointingHandCursor);
-        break;
-    case Hit::Kind::icon:
-        setCursor(Qt::OpenHandCursor);
-        break;
-    case Hit::Kind::text:
-    case Hit::Kind::overlay:
-        setCursor(hit.handle ? cursorOf(*hit.handle) : Qt::OpenHandCursor);
-        break;
-    case Hit::Kind::background:
-        setCursor(m_state.editorMode() == EditorMode::background && m_state.hasBackgroundImage() ? Qt::OpenHandCursor
-                                                                                                 : Qt::ArrowCursor);
-        break;
-    case Hit::Kind::nothing:
-        setCursor(Qt::ArrowCursor);
-        break;
-    }
-}
 
 // Pressing, dragging, releasing.
 
@@ -537,144 +414,6 @@ bool CanvasView::showToolTip(QPointF point, const QPoint& globalPoint)
     // Names are anybody's text and must not be read as markup.
     QToolTip::showText(globalPoint, Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal), this);
     return true;
-}
-
-// Keys.
-
-void CanvasView::keyPressEvent(QKeyEvent* event)
-{
-    event->accept();
-    if (event->key() == Qt::Key_Escape) {
-        if (isActing())
-            finish(Ending::givenUp);
-        else
-            selectNothing(m_state);
-        return;
-    }
-    if (isActing() || zoomKey(*event))
-        return;
-    const double step = event->modifiers() & Qt::ShiftModifier ? 10 : 1;
-    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    if (!plain) {
-        event->ignore();
-        return;
-    }
-    switch (event->key()) {
-    case Qt::Key_Left:
-        return nudge(-step, 0);
-    case Qt::Key_Right:
-        return nudge(step, 0);
-    case Qt::Key_Up:
-        return nudge(0, -step);
-    case Qt::Key_Down:
-        return nudge(0, step);
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace:
-        return removeSelection();
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        emit editSelectionRequested();
-        return;
-    case Qt::Key_Space:
-        if (!event->isAutoRepeat()) {
-            m_spaceHeld = true;
-            setCursor(Qt::OpenHandCursor);
-        }
-        return;
-    default:
-        event->ignore();
-    }
-}
-
-void CanvasView::keyReleaseEvent(QKeyEvent* event)
-{
-    if (event->key() != Qt::Key_Space || event->isAutoRepeat()) {
-        event->ignore();
-        return;
-    }
-    m_spaceHeld = false;
-    if (!isActing())
-        showCursor(mapFromGlobal(QCursor::pos()));
-}
-
-bool CanvasView::zoomKey(const QKeyEvent& event)
-{
-    if (!(event.modifiers() & Qt::ControlModifier))
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-        zoomIn();
-        return true;
-    case Qt::Key_Minus:
-        zoomOut();
-        return true;
-    case Qt::Key_9:
-        zoomToFit();
-        return true;
-    default:
-        return false;
-    }
-}
-
-void CanvasView::nudge(double dx, double dy)
-{
-    const auto element = selectedElement(m_state);
-    m_alignment.clear();
-    if (element) {
-        m_state.nudgeSelection(dx, dy);
-        announceMoved(*this, *element);
-    } else if (m_state.editorMode() == EditorMode::background) {
-        m_state.nudgeBackgroundImage(dx, -dy); // stored offsets grow upward
-    }
-}
-
-void CanvasView::removeSelection()
-{
-    // With nothing selected that command would remove the background picture.
-    if (selectedElement(m_state))
-        m_state.removeSelectedOrBackground();
-}
-
-bool CanvasView::walk(bool forward)
-{
-    const auto elements = canvasElements(m_state.project(), m_state.editorMode());
-    const auto selected = selectedElement(m_state);
-    const auto at = selected ? std::find(elements.begin(), elements.end(), *selected) : elements.end();
-    if (elements.empty())
-        return false;
-    if (at == elements.end()) {
-        select(m_state, forward ? elements.front() : elements.back());
-        return true;
-    }
-    if (forward ? at + 1 == elements.end() : at == elements.begin())
-        return false;
-    select(m_state, forward ? *(at + 1) : *(at - 1));
-    return true;
-}
-
-bool CanvasView::focusNextPrevChild(bool next)
-{
-    if (!hasFocus()) // one of the controls on the canvas
-        return QWidget::focusNextPrevChild(next);
-    m_keyboardFocus = true;
-    return isActing() || walk(next) || QWidget::focusNextPrevChild(next);
-}
-
-void CanvasView::focusInEvent(QFocusEvent* event)
-{
-    m_keyboardFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
-                      event->reason() == Qt::ShortcutFocusReason;
-    update();
-    announceSelection(*this, selectedElement(m_state));
-}
-
-void CanvasView::focusOutEvent(QFocusEvent* /*event*/)
-{
-    finish(Ending::done);
-    m_keyboardFocus = false;
-    m_spaceHeld = false;
-    update();
 }
 
 // Dropped files.
