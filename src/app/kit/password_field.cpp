@@ -13,6 +13,7 @@ PasswordField::PasswordField(QWidget* parent) : QLineEdit(parent), m_eye(addActi
     connect(m_eye, &QAction::triggered, this, [this] {
         setEchoMode(echoMode() == QLineEdit::Password ? QLineEdit::Normal : QLineEdit::Password);
         showEye();
+        emit shownChanged(echoMode() == QLineEdit::Normal);
     });
     showEye();
 }

@@ -18,6 +18,10 @@ public:
     /// The eye's names for assistive technology and its tooltip.
     void setEyeTexts(const QString& show, const QString& hide);
 
+signals:
+    /// The eye was pressed: whether the text can be read now.
+    void shownChanged(bool shown);
+
 private:
     void showEye();
 
