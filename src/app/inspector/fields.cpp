@@ -1,5 +1,7 @@
 #include "app/inspector/fields.h"
 
+#include "app/inspector/hex_field.h"
+#include "app/kit/angle_dial.h"
 #include "app/kit/color_well.h"
 #include "app/kit/number_field.h"
 #include "app/kit/segmented_control.h"
@@ -8,10 +10,33 @@
 #include "render/conversions.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
 #include <QLineEdit>
+
+#include <memory>
 
 namespace velmora
 {
+namespace
+{
+
+/// Keeps the wheel from a control that has not the focus.
+class WheelGuard : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() != QEvent::Wheel || static_cast<QWidget*>(watched)->hasFocus())
+            return false;
+        event->ignore(); // scrolls the panel
+        return true;
+    }
+};
+
+} // namespace
 
 std::function<void()> bindNumber(NumberField& control, const NumberSpec& spec, Field<double> field)
 {
@@ -56,10 +81,42 @@ std::function<void()> bindCheck(QCheckBox& control, Field<bool> field)
 
 std::function<void()> bindColor(ColorWell& control, Field<CodableColor> field)
 {
-    QObject::connect(&control, &ColorWell::colorEdited, &control,
-                     [field](const QColor& color) { field.store(toCodableColor(color)); });
-    QObject::connect(&control, &ColorWell::editingFinished, &control, [&state = field.state] { state.endTypingRun(); });
+    // The panel's colours are rounded: Cancel brings back the very components of before.
+    const auto before = std::make_shared<std::optional<CodableColor>>();
+    QObject::connect(&control, &ColorWell::colorEdited, &control, [field, before](const QColor& color) {
+        if (!*before)
+            *before = field.value();
+        field.store(color == toQColor(**before) ? **before : toCodableColor(color));
+    });
+    QObject::connect(&control, &ColorWell::editingFinished, &control, [&state = field.state, before] {
+        before->reset();
+        state.endTypingRun();
+    });
     return [&control, field] { control.setColor(toQColor(field.value())); };
+}
+
+std::function<void()> bindHex(HexField& control, Field<CodableColor> field)
+{
+    QObject::connect(&control, &HexField::colorEdited, &control, [field](const QColor& color) {
+        field.store(toCodableColor(color));
+        field.state.endTypingRun();
+    });
+    return [&control, field] { control.setColor(toQColor(field.value())); };
+}
+
+std::function<void()> bindDial(AngleDial& control, Field<double> field)
+{
+    QObject::connect(&control, &AngleDial::angleEdited, &control, [field](double degrees) { field.store(degrees); });
+    QObject::connect(&control, &AngleDial::editingFinished, &control, [&state = field.state] { state.endTypingRun(); });
+    return [&control, field] { control.setAngle(field.value()); };
+}
+
+std::function<void()> bindChoice(QComboBox& control, Field<int> field)
+{
+    control.setFocusPolicy(Qt::StrongFocus);
+    control.installEventFilter(new WheelGuard(&control));
+    QObject::connect(&control, &QComboBox::activated, &control, [field](int index) { field.store(index); });
+    return [&control, field] { control.setCurrentIndex(field.value()); };
 }
 
 std::function<void()> bindSegments(SegmentedControl& control, Field<int> field)

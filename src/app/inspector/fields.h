@@ -7,12 +7,15 @@
 #include <functional>
 
 class QCheckBox;
+class QComboBox;
 class QLineEdit;
 
 namespace velmora
 {
 
+class AngleDial;
 class ColorWell;
+class HexField;
 class NumberField;
 class SegmentedControl;
 class ValueSlider;
@@ -41,6 +44,16 @@ Field<T> projectField(AppState& state, T DMGProject::*member, const std::string&
 {
     return {state, [member](const DMGProject& p) { return p.*member; },
             [member](DMGProject& p, const T& value) { p.*member = value; }, [name] { return EditKey{.field = name}; }};
+}
+
+/// A field of the project every change of which is a step of its own, as the number `T`: true and false, the cases of
+/// an enumeration.
+template <typename T, typename Member>
+Field<T> choiceField(AppState& state, Member DMGProject::*member)
+{
+    return {state, [member](const DMGProject& p) { return static_cast<T>(p.*member); },
+            [member](DMGProject& p, const T& value) { p.*member = static_cast<Member>(value); },
+            [] { return EditKey{}; }};
 }
 
 /// A field of the element whose id `selected` answers; it reads as T{} and is not written while there is none.
@@ -79,6 +92,10 @@ std::function<void()> bindSlider(ValueSlider& control, Field<double> field);
 std::function<void()> bindText(QLineEdit& control, Field<std::string> field);
 std::function<void()> bindCheck(QCheckBox& control, Field<bool> field);
 std::function<void()> bindColor(ColorWell& control, Field<CodableColor> field);
+std::function<void()> bindHex(HexField& control, Field<CodableColor> field);
+std::function<void()> bindDial(AngleDial& control, Field<double> field);
+/// The field's cases have the numbers of the rows. The wheel turns over a pop-up without the focus scroll the panel.
+std::function<void()> bindChoice(QComboBox& control, Field<int> field);
 /// The field's cases have the numbers of the segments.
 std::function<void()> bindSegments(SegmentedControl& control, Field<int> field);
 
