@@ -18,8 +18,13 @@ InspectorPanel::InspectorPanel(const AppContext& context, QWidget* parent)
 Section* InspectorPanel::addSection(const QString& title)
 {
     auto* section = new Section(title);
-    m_layout->insertWidget(m_layout->count() - 1, section);
+    insertSection(section);
     return section;
+}
+
+void InspectorPanel::insertSection(Section* section)
+{
+    m_layout->insertWidget(m_layout->count() - 1, section);
 }
 
 void InspectorPanel::refresh()

@@ -30,6 +30,7 @@ public:
 protected:
     /// Adds a section below those that are there.
     Section* addSection(const QString& title);
+    void insertSection(Section* section);
     /// Adds what shows one thing as it is now.
     void onRefresh(std::function<void()> read) { m_reads.push_back(std::move(read)); }
 

@@ -1,8 +1,13 @@
+#include "app/build/volume_picture.h"
+#include "app/clipped_label.h"
+#include "app/inspector/action_button.h"
 #include "app/inspector/fields.h"
 #include "app/inspector/panel.h"
+#include "app/inspector/small_picture.h"
+#include "app/inspector/volume_security.h"
+#include "app/kit/checker_thumbnail.h"
 #include "app/kit/form.h"
 #include "app/kit/number_field.h"
-#include "app/kit/password_field.h"
 #include "app/kit/segmented_control.h"
 #include "app/text.h"
 #include "l10n/labels.h"
@@ -10,14 +15,23 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace velmora
 {
 namespace
 {
 
+constexpr int iconSide = 48; // points, of the thumbnail
+constexpr double largestMB = 1e6;
+constexpr double largestStored = 9e15; // what a double holds exactly
+
+/// The volume: its name and icon, the image's format, encryption and signature.
 class VolumePanel : public InspectorPanel
 {
 public:
@@ -25,68 +39,112 @@ public:
     {
         addName();
         addFormat();
-        addEncryption();
-        addSigning();
+        auto* encryption = new EncryptionSection(state());
+        insertSection(encryption);
+        auto* signing = new SigningSection(state());
+        insertSection(signing);
+        onRefresh([encryption, signing] {
+            encryption->refresh();
+            signing->refresh();
+        });
     }
 
 private:
     AppState& state() { return m_context.state; }
 
-    QLineEdit* text(QLineEdit* field, const char* name, std::string DMGProject::*member, const char* key)
-    {
-        field->setObjectName(QLatin1String(name));
-        onRefresh(bindText(*field, projectField(state(), member, key)));
-        return field;
-    }
-
-    /// A pop-up for an enumeration of the project.
-    template <typename E>
-    QComboBox* choice(const char* name, const QString& spoken, E DMGProject::*member)
-    {
-        auto* box = new QComboBox;
-        box->setObjectName(QLatin1String(name));
-        box->setAccessibleName(spoken);
-        for (const E each : allCases<E>())
-            box->addItem(qtText(displayName(each)));
-        connect(box, &QComboBox::activated, this, [this, member](int index) {
-            state().edit({}, [=](DMGProject& p) { p.*member = static_cast<E>(index); });
-        });
-        onRefresh([this, box, member] { box->setCurrentIndex(static_cast<int>(state().project().*member)); });
-        return box;
-    }
-
     void addName()
     {
         Section* section = addSection(localized("section.volume_name"));
-        FormRow* row = section->addRow(qtText(Labels::name),
-                                       text(new QLineEdit, "volume.name", &DMGProject::volumeName, "volumeName"));
+        auto* name = new QLineEdit;
+        name->setObjectName(QStringLiteral("volume.name"));
+        onRefresh(bindText(*name, projectField(state(), &DMGProject::volumeName, "volumeName")));
+        FormRow* row = section->addRow(qtText(Labels::name), name);
         onRefresh([this, row] {
             const bool blank = qtText(state().project().volumeName).trimmed().isEmpty();
             row->setError(blank ? qtText(Labels::volumeNeedsName) : QString());
         });
-        auto* icon = new QPushButton(qtText(Labels::choose));
-        icon->setObjectName(QStringLiteral("volume.chooseIcon"));
-        connect(icon, &QPushButton::clicked, this, [this] { state().pickVolumeIcon(); });
-        section->addRow(qtText(Labels::icon), icon);
-        onRefresh([this, icon] {
-            const std::filesystem::path path = state().project().volumeIconPath;
-            icon->setToolTip(path.empty() ? qtText(Labels::standardIcon) : qtPath(path.filename()).toHtmlEscaped());
+        addIcon(*section);
+    }
+
+    void addIcon(Section& section)
+    {
+        auto* thumbnail = new CheckerThumbnail({iconSide, iconSide});
+        auto* choose = actionButton(qtText(Labels::choose), "volume.chooseIcon", [this] { state().pickVolumeIcon(); });
+        choose->setAccessibleName(QStringLiteral("Choose Volume Icon"));
+        auto* remove = actionButton(qtText(Labels::removeShort), "volume.removeIcon", [this] {
+            state().edit({}, [](DMGProject& project) { project.volumeIconPath.clear(); });
         });
+        remove->setAccessibleName(QStringLiteral("Remove Volume Icon"));
+        auto* name = new ClippedLabel(Type::hint, 1, QPalette::PlaceholderText);
+        name->setObjectName(QStringLiteral("volume.iconName"));
+        auto* controls = new QVBoxLayout;
+        controls->setSpacing(lookOf(this).length(4));
+        controls->addWidget(choose);
+        controls->addWidget(remove);
+        controls->addWidget(name);
+        controls->addStretch(1);
+        auto* holder = new QWidget;
+        auto* row = new QHBoxLayout(holder);
+        row->setContentsMargins({});
+        row->setSpacing(lookOf(this).length(12));
+        row->addWidget(thumbnail, 0, Qt::AlignTop);
+        row->addLayout(controls, 1);
+        FormRow* iconRow = section.addRow(qtText(Labels::icon), holder);
+        onRefresh([=, this] {
+            const std::string& path = state().project().volumeIconPath;
+            remove->setVisible(!path.empty());
+            name->setText(path.empty() ? qtText(Labels::standardIcon) : qtPath(std::filesystem::path(path).filename()));
+            const SmallPicture& picture = m_icon.read(path);
+            const bool broken = !path.empty() && !picture.isReadable();
+            iconRow->setError(broken ? qtText(Labels::iconUnreadable) : QString());
+            thumbnail->setSign(broken ? QStringLiteral("warning") : QString());
+            thumbnail->setImage(path.empty() ? drive() : picture.image);
+        });
+    }
+
+    /// What the volume looks like without an icon of its own.
+    QImage drive()
+    {
+        if (m_drive.isNull())
+            m_drive = volumePicture({}, iconSide, 2, m_context.pictures).toImage();
+        return m_drive;
     }
 
     void addFormat()
     {
         Section* section = addSection(localized("section.volume_format"));
-        section->addRow(choice("volume.format", localized("section.volume_format"), &DMGProject::format));
+        auto* format = new QComboBox;
+        format->setObjectName(QStringLiteral("volume.format"));
+        format->setAccessibleName(localized("section.volume_format"));
+        for (const DMGFormat each : allCases<DMGFormat>())
+            format->addItem(qtText(displayName(each)));
+        onRefresh(bindChoice(*format, choiceField<int>(state(), &DMGProject::format)));
+        section->addRow(format);
+
         auto* fileSystem = new SegmentedControl;
         fileSystem->setObjectName(QStringLiteral("volume.filesystem"));
         for (const FilesystemKind each : allCases<FilesystemKind>())
             fileSystem->addSegment(qtText(displayName(each)));
-        onRefresh(
-            bindSegments(*fileSystem, {state(), [](const DMGProject& p) { return static_cast<int>(p.filesystem); },
-                                       [](DMGProject& p, int i) { p.filesystem = static_cast<FilesystemKind>(i); },
-                                       [] { return EditKey{}; }}));
+        onRefresh(bindSegments(*fileSystem, choiceField<int>(state(), &DMGProject::filesystem)));
         section->addRow(qtText(Labels::fileSystem), fileSystem);
+        addSize(*section);
+
+        auto* internet = new QCheckBox(qtText(Labels::internetEnabled));
+        internet->setObjectName(QStringLiteral("volume.internetEnabled"));
+        internet->setAccessibleDescription(qtText(Labels::internetEnabledWorth));
+        onRefresh(bindCheck(*internet, choiceField<bool>(state(), &DMGProject::internetEnabled)));
+        auto* worth = hintLabel(qtText(Labels::internetEnabledWorth));
+        auto* holder = new QWidget;
+        auto* column = new QVBoxLayout(holder);
+        column->setContentsMargins({});
+        column->setSpacing(lookOf(this).length(2));
+        column->addWidget(internet);
+        column->addWidget(worth);
+        section->addRow({}, holder);
+    }
+
+    void addSize(Section& section)
+    {
         auto* sizing = new SegmentedControl;
         sizing->setObjectName(QStringLiteral("volume.imageSize"));
         sizing->addSegment(qtText(Labels::automatic));
@@ -94,61 +152,29 @@ private:
         onRefresh(bindSegments(*sizing, {state(), [](const DMGProject& p) { return p.imageSizeAutomatic ? 0 : 1; },
                                          [](DMGProject& p, int i) { p.imageSizeAutomatic = i == 0; },
                                          [] { return EditKey{}; }}));
-        section->addRow(qtText(Labels::imageSize), sizing);
+        section.addRow(qtText(Labels::imageSize), sizing);
         auto* size = new NumberField;
-        onRefresh(bindNumber(
-            *size,
-            {.objectName = "volume.manualSize",
-             .spokenName = "Image size",
-             .minimum = 1,
-             .maximum = 1e6,
-             .step = 10,
-             .unit = "MB",
-             .decimals = 0},
-            {state(), [](const DMGProject& p) { return static_cast<double>(p.manualSizeMB); },
-             [](DMGProject& p, double mb) { p.manualSizeMB = static_cast<std::int64_t>(std::clamp(mb, -9e15, 9e15)); },
-             [] { return EditKey{.field = "manualSizeMB"}; }}));
-        QWidget* sizeRow = section->addRow({}, size);
-        onRefresh([this, sizeRow] { sizeRow->setVisible(!state().project().imageSizeAutomatic); });
-        auto* internet = new QCheckBox(qtText(Labels::internetEnabled));
-        internet->setObjectName(QStringLiteral("volume.internetEnabled"));
-        onRefresh(
-            bindCheck(*internet, {state(), [](const DMGProject& p) { return p.internetEnabled; },
-                                  [](DMGProject& p, bool on) { p.internetEnabled = on; }, [] { return EditKey{}; }}));
-        section->addRow({}, internet);
+        const auto megabytes = [](const DMGProject& p) { return static_cast<double>(p.manualSizeMB); };
+        const auto store = [](DMGProject& p, double typed) {
+            p.manualSizeMB = static_cast<std::int64_t>(std::clamp(typed, -largestStored, largestStored));
+        };
+        onRefresh(bindNumber(*size,
+                             {.objectName = "volume.manualSize",
+                              .spokenName = "Image size",
+                              .minimum = 1,
+                              .maximum = largestMB,
+                              .step = 10,
+                              .unit = "MB",
+                              .decimals = 0},
+                             {state(), megabytes, store, [] { return EditKey{.field = "manualSizeMB"}; }}));
+        size->setAccessibleDescription(QStringLiteral("megabytes"));
+        size->setFixedWidth(lookOf(this).length(84)); // as wide as one of a pair
+        FormRow* row = section.addRow({}, atLeft({size}));
+        onRefresh([this, row] { row->setVisible(!state().project().imageSizeAutomatic); });
     }
 
-    void addEncryption()
-    {
-        Section* section = addSection(qtText(Labels::encryption));
-        section->addRow(choice("volume.encryption", qtText(Labels::encryption), &DMGProject::encryption));
-        FormRow* row =
-            section->addRow(qtText(Labels::password), text(new PasswordField, "volume.password",
-                                                           &DMGProject::encryptionPassword, "encryptionPassword"));
-        onRefresh([this, row] {
-            const DMGProject& project = state().project();
-            row->setVisible(project.encryption != ImageEncryption::none);
-            row->setError(project.encryptionPassword.empty() ? qtText(Labels::enterPassword) : QString());
-        });
-    }
-
-    void addSigning()
-    {
-        Section* section = addSection(qtText(Labels::signing));
-        section->addRow(choice("volume.signing", qtText(Labels::signing), &DMGProject::signingMode));
-        FormRow* identity =
-            section->addRow(qtText(Labels::identity),
-                            text(new QLineEdit, "volume.identity", &DMGProject::codeSignIdentity, "codeSignIdentity"));
-        FormRow* profile = section->addRow(qtText(Labels::profile), text(new QLineEdit, "volume.profile",
-                                                                         &DMGProject::notaryProfile, "notaryProfile"));
-        onRefresh([this, identity, profile] {
-            const DMGProject& project = state().project();
-            identity->setVisible(signs(project.signingMode));
-            identity->setError(project.codeSignIdentity.empty() ? qtText(Labels::enterIdentity) : QString());
-            profile->setVisible(notarizes(project.signingMode));
-            profile->setError(project.notaryProfile.empty() ? qtText(Labels::enterProfile) : QString());
-        });
-    }
+    SmallPictureReader m_icon{};
+    QImage m_drive{};
 };
 
 } // namespace

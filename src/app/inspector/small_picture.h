@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QDateTime>
+#include <QImage>
+#include <QSize>
+#include <QSizeF>
+
+#include <string>
+
+namespace velmora
+{
+
+/// What a panel shows of a picture file: the picture, reduced, and how large it is.
+struct SmallPicture {
+    QImage image{}; ///< null when the file cannot be read
+    QSize pixels{}; ///< of the whole picture
+    QSizeF pointSize{};
+
+    [[nodiscard]] bool isReadable() const { return !image.isNull(); }
+};
+
+/// Reads a picture file again when another is named or the file has changed since.
+class SmallPictureReader
+{
+public:
+    /// The longer side of the reduced picture, pixels.
+    static constexpr int side = 640;
+
+    /// Holds until the next call.
+    const SmallPicture& read(const std::string& path);
+
+private:
+    std::string m_path{};
+    QDateTime m_modified{};
+    qint64 m_bytes = -1;
+    bool m_known = false;
+    SmallPicture m_picture{};
+};
+
+} // namespace velmora
