@@ -80,11 +80,11 @@ PictureRows::PictureRows(AppState& state, SmallPictureReader& reader)
       m_unreadable(makeUnreadable()),
       m_adjustments(makeAdjustments())
 {
-    m_replace =
+    auto* replace =
         actionButton(localized("replace_image"), "layout.replaceImage", [this] { m_state.pickBackgroundImage(); });
     auto* remove =
         actionButton(localized("remove_background"), "layout.removeImage", [this] { m_state.clearBackgroundImage(); });
-    m_buttons = sideBySide({m_replace, remove});
+    m_buttons = sideBySide({replace, remove});
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins({});
     rows->setSpacing(lookOf(this).length(measure::rowGap));

@@ -8,7 +8,6 @@
 #include <vector>
 
 class QLabel;
-class QPushButton;
 
 namespace velmora
 {
@@ -16,7 +15,6 @@ namespace velmora
 class AppState;
 class CheckerThumbnail;
 class ClippedLabel;
-class NoteBanner;
 class PathLabel;
 
 /// The background picture: what it is, how it fills the window. Says so when there is none or it cannot be opened.
@@ -40,16 +38,16 @@ private:
     AppState& m_state;
     SmallPictureReader& m_reader;
     std::vector<std::function<void()>> m_reads{};
-    QWidget* m_nothing;
-    QWidget* m_head;
-    QWidget* m_unreadable;
-    QPushButton* m_replace = nullptr;
-    QWidget* m_buttons;
-    QWidget* m_adjustments;
+    // What the makers below fill in.
     CheckerThumbnail* m_thumbnail = nullptr;
     ClippedLabel* m_name = nullptr;
     QLabel* m_size = nullptr;
     PathLabel* m_path = nullptr;
+    QWidget* m_nothing;
+    QWidget* m_head;
+    QWidget* m_unreadable;
+    QWidget* m_buttons;
+    QWidget* m_adjustments;
 };
 
 } // namespace velmora
