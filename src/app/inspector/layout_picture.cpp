@@ -16,6 +16,7 @@
 #include "model/enums.h"
 
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
@@ -85,6 +86,10 @@ PictureRows::PictureRows(AppState& state, SmallPictureReader& reader)
     auto* remove =
         actionButton(localized("remove_background"), "layout.removeImage", [this] { m_state.clearBackgroundImage(); });
     m_buttons = sideBySide({replace, remove});
+    // One name is much longer than the other.
+    auto* shares = static_cast<QHBoxLayout*>(m_buttons->layout());
+    shares->setStretch(0, replace->sizeHint().width());
+    shares->setStretch(1, remove->sizeHint().width());
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins({});
     rows->setSpacing(lookOf(this).length(measure::rowGap));
