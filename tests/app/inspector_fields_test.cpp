@@ -313,7 +313,7 @@ void InspectorFields::begin(const Row& row)
 {
     state.newProject();
     state.edit({}, [&](DMGProject& p) {
-        p.items = {{.sourcePath = (folder / "Larkspur.app").string(), .displayName = "Notes", .x = 90, .y = 80}};
+        p.items = {{.sourcePath = dusk.string(), .displayName = "Notes", .x = 90, .y = 80}};
         p.overlayImages = {{.sourcePath = dusk.string(), .x = 10, .y = 20, .width = 60, .height = 40}};
         p.textOverlays = {{.x = 40, .y = 50, .width = 200, .height = 36}};
         if (row.prepare)
