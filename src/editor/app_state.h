@@ -147,6 +147,12 @@ public:
     /// Removes all items of that id; an unknown one marks the document modified all the same.
     void remove(Uuid id);
     void removeSelected();
+    /// Puts an item before the one that is at `row` of the list now; past the end: last.
+    void moveItem(const Uuid& id, std::size_t row);
+    /// Puts the anchor on the window's centre lines.
+    void centerItemOnCanvas(bool horizontal, bool vertical, const Uuid& id);
+    /// Asks for another file or folder to take the place of an item's. A name that was the old file's follows.
+    void replaceItemViaPanel(const Uuid& id);
 
     // Text overlays.
 
@@ -177,6 +183,15 @@ public:
     void commitOverlayBounds(const Uuid& id, const Rect& bounds);
     /// Keeps the centre.
     void resetOverlayToOriginalSize(const Uuid& id);
+    /// Whether another overlay lies before this one, or behind it.
+    [[nodiscard]] bool canBringOverlayForward(const Uuid& id) const;
+    [[nodiscard]] bool canSendOverlayBackward(const Uuid& id) const;
+    /// Draws it one step later, or earlier, than now.
+    void bringOverlayForward(const Uuid& id);
+    void sendOverlayBackward(const Uuid& id);
+    /// Asks for another picture for an overlay. It is fitted into the present box, about the same centre. A picture
+    /// that cannot be read ends in an alert.
+    void replaceOverlayImageViaPanel(const Uuid& id);
     /// Whether the file's extension is that of a picture.
     [[nodiscard]] static bool isImageURL(const std::filesystem::path& file);
 

@@ -31,12 +31,13 @@ std::size_t missingIn(const std::vector<Element>& elements, const std::vector<El
 
 std::string edited(const DMGItem& before, const DMGItem& after)
 {
+    // A file that takes another's place may bring its name along.
+    if (std::tie(before.sourcePath, before.symlinkTarget) != std::tie(after.sourcePath, after.symlinkTarget))
+        return "Replace Item";
     if (before.displayName != after.displayName)
         return "Rename Item";
     if (before.hidden != after.hidden)
         return after.hidden ? "Leave Out Item" : "Include Item";
-    if (std::tie(before.sourcePath, before.symlinkTarget) != std::tie(after.sourcePath, after.symlinkTarget))
-        return "Replace Item";
     return "Move Icon";
 }
 
@@ -52,6 +53,8 @@ std::string movedOrResized(const Box& before, const Box& after, const std::strin
 
 std::string edited(const DMGOverlayImage& before, const DMGOverlayImage& after)
 {
+    if (before.sourcePath != after.sourcePath)
+        return "Replace Image";
     const std::string box = movedOrResized(before, after, "Image");
     return box.empty() ? "Replace Image" : box;
 }
@@ -77,6 +80,8 @@ std::string elementsChange(const std::vector<Element>& before, const std::vector
         if (*old != element)
             changes.insert(edited(*old, element));
     }
+    if (changes.empty())
+        return std::string("Reorder ") + nouns.many;
     return changes.size() == 1 ? *changes.begin() : "";
 }
 

@@ -68,4 +68,47 @@ void AppState::removeSelected()
         remove(*m_selections.item);
 }
 
+void AppState::moveItem(const Uuid& id, std::size_t row)
+{
+    const auto& items = m_project.items;
+    const DMGItem* item = findElement(items, id);
+    if (!item)
+        return;
+    const auto from = static_cast<std::size_t>(item - items.data());
+    const std::size_t before = std::min(row, items.size());
+    if (before == from || before == from + 1)
+        return;
+    edit({}, [&](DMGProject& project) {
+        const auto at = [&](std::size_t index) { return project.items.begin() + static_cast<std::ptrdiff_t>(index); };
+        if (before > from)
+            std::rotate(at(from), at(from + 1), at(before));
+        else
+            std::rotate(at(before), at(from), at(from + 1));
+    });
+}
+
+void AppState::centerItemOnCanvas(bool horizontal, bool vertical, const Uuid& id)
+{
+    const Size content = m_project.contentSize();
+    editElement<DMGItem>(id, [&](DMGItem& item) {
+        if (horizontal)
+            item.x = content.width * 0.5;
+        if (vertical)
+            item.y = content.height * 0.5;
+    });
+}
+
+void AppState::replaceItemViaPanel(const Uuid& id)
+{
+    const auto files = m_ports.panels.open({.folders = true});
+    if (files.empty())
+        return;
+    const fs::path source = withoutTrailingSeparator(files.front());
+    editElement<DMGItem>(id, [&](DMGItem& item) {
+        if (item.displayName == withoutTrailingSeparator(item.sourcePath).filename().string())
+            item.displayName = source.filename().string();
+        item.sourcePath = source.string();
+    });
+}
+
 } // namespace velmora

@@ -28,6 +28,21 @@ Rect boxOfNewOverlay(Size picture, std::optional<Point> center, Size content)
             std::min(content.height - height, std::max(middle.y - height * 0.5, 0.0)), width, height};
 }
 
+/// The largest box of the picture's shape in `box`, about the same centre.
+Rect fittedInto(const Rect& box, Size picture)
+{
+    const double scale = std::min(box.width / picture.width, box.height / picture.height);
+    const Size size{picture.width * scale, picture.height * scale};
+    return {box.x + (box.width - size.width) * 0.5, box.y + (box.height - size.height) * 0.5, size.width, size.height};
+}
+
+/// The first element's place in a list, counted from 0; nothing when there is none.
+std::optional<std::size_t> placeOf(const std::vector<DMGOverlayImage>& overlays, const Uuid& id)
+{
+    const DMGOverlayImage* overlay = findElement(overlays, id);
+    return overlay ? std::optional(static_cast<std::size_t>(overlay - overlays.data())) : std::nullopt;
+}
+
 } // namespace
 
 bool AppState::isImageURL(const std::filesystem::path& file)
@@ -112,6 +127,55 @@ void AppState::resetOverlayToOriginalSize(const Uuid& id)
         const Point center = overlay.center();
         const Size size{overlay.effectiveOriginalWidth(), overlay.effectiveOriginalHeight()};
         overlay.setBounds({center.x - size.width * 0.5, center.y - size.height * 0.5, size.width, size.height});
+    });
+}
+
+bool AppState::canBringOverlayForward(const Uuid& id) const
+{
+    const auto place = placeOf(m_project.overlayImages, id);
+    return place && *place + 1 < m_project.overlayImages.size();
+}
+
+bool AppState::canSendOverlayBackward(const Uuid& id) const
+{
+    return placeOf(m_project.overlayImages, id).value_or(0) > 0;
+}
+
+void AppState::bringOverlayForward(const Uuid& id)
+{
+    if (!canBringOverlayForward(id))
+        return;
+    const std::size_t place = *placeOf(m_project.overlayImages, id);
+    edit({}, [&](DMGProject& project) { std::swap(project.overlayImages[place], project.overlayImages[place + 1]); });
+}
+
+void AppState::sendOverlayBackward(const Uuid& id)
+{
+    if (!canSendOverlayBackward(id))
+        return;
+    const std::size_t place = *placeOf(m_project.overlayImages, id);
+    edit({}, [&](DMGProject& project) { std::swap(project.overlayImages[place], project.overlayImages[place - 1]); });
+}
+
+void AppState::replaceOverlayImageViaPanel(const Uuid& id)
+{
+    const auto files =
+        m_ports.panels.open({.message = L10n::t("overlay_picker_message"), .types = {FileTypes::pictures()}});
+    if (files.empty())
+        return;
+    const std::string path = files.front().string();
+    m_ports.pictures.remove(path); // it may have been saved anew
+    const PicturePtr picture = loadImageWithAlpha(path, m_ports.pictures);
+    if (!picture || picture->pointSize.isEmpty())
+        return presentError("Could not open image:\n" + path);
+    const Size size{picture->pointSize.width(), picture->pointSize.height()};
+    const Rect natural = boxOfNewOverlay(size, {}, m_project.contentSize());
+    editElement<DMGOverlayImage>(id, [&](DMGOverlayImage& overlay) {
+        overlay.sourcePath = path;
+        overlay.builtInArrowID.reset();
+        overlay.setBounds(fittedInto(overlay.bounds(), size));
+        overlay.originalWidth = natural.width;
+        overlay.originalHeight = natural.height;
     });
 }
 

@@ -30,6 +30,7 @@ TEST(ChangeName, saysWhatACommandDid)
              p.items[1].displayName = "x";
          },
          ""},
+        {"one dragged up the list", [](DMGProject& p) { std::swap(p.items[0], p.items[1]); }, "Reorder Items"},
         {"left out", [](DMGProject& p) { p.items[0].hidden = true; }, "Leave Out Item"},
         {"a corner pulled", [](DMGProject& p) { p.overlayImages[0].width += 1; }, "Resize Image"},
         {"the caption moved", [](DMGProject& p) { p.textOverlays[0].y += 1; }, "Move Text"},

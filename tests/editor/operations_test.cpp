@@ -405,6 +405,105 @@ TEST(Operations, takeWhatTheFontPanelReturns)
     world.fontPanel.choose({"TeXGyreHeros-Bold", 12}); // nobody is there any more
 }
 
+TEST(Operations, moveItemsInTheirList)
+{
+    EditorWorld world;
+    AppState& state = world.state;
+    state.edit({}, [](DMGProject& p) {
+        p.items = {{.displayName = "a"}, {.displayName = "b"}, {.displayName = "c"}, {.displayName = "d"}};
+    });
+    const auto order = [&] {
+        std::string names;
+        for (const DMGItem& item : state.project().items)
+            names += item.displayName;
+        return names;
+    };
+    const DMGProject start = state.project();
+    const struct {
+        std::size_t item;
+        std::size_t row;
+        const char* order;
+    } cases[] = {
+        {0, 0, "abcd"}, {0, 1, "abcd"}, {0, 2, "bacd"}, {0, 4, "bcda"}, {1, 99, "acdb"},
+        {3, 0, "dabc"}, {2, 1, "acbd"}, {3, 3, "abcd"}, {3, 4, "abcd"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.item) + " before " + std::to_string(c.row));
+        state.moveItem(start.items[c.item].id, c.row);
+        EXPECT_EQ(order(), c.order);
+        if (order() == "abcd")
+            continue;
+        EXPECT_EQ(state.undoName(), "Reorder Items");
+        state.undo();
+        EXPECT_EQ(state.project(), start);
+    }
+    const bool couldRedo = state.canRedo();
+    state.moveItem(Uuid::random(), 0);
+    state.moveItem(start.items[0].id, 1);
+    EXPECT_EQ(state.canRedo(), couldRedo) << "moving nowhere is no step";
+}
+
+TEST(Operations, stackPictures)
+{
+    EditorWorld world;
+    AppState& state = world.state;
+    state.edit({}, [](DMGProject& p) { p.overlayImages = {{.sourcePath = "/a"}, {.sourcePath = "/b"}}; });
+    const Uuid back = state.project().overlayImages[0].id;
+    const auto names = [&] {
+        return state.project().overlayImages[0].sourcePath + state.project().overlayImages[1].sourcePath;
+    };
+    EXPECT_TRUE(state.canBringOverlayForward(back));
+    EXPECT_FALSE(state.canSendOverlayBackward(back));
+    state.sendOverlayBackward(back);
+    EXPECT_EQ(names(), "/a/b");
+    state.bringOverlayForward(back);
+    EXPECT_EQ(names(), "/b/a");
+    EXPECT_FALSE(state.canBringOverlayForward(back));
+    state.bringOverlayForward(back);
+    EXPECT_EQ(names(), "/b/a");
+    state.sendOverlayBackward(back);
+    EXPECT_EQ(names(), "/a/b");
+    state.undo();
+    state.undo();
+    EXPECT_EQ(names(), "/a/b");
+    EXPECT_FALSE(state.canBringOverlayForward(Uuid::random()));
+}
+
+TEST(Operations, replaceWhatAnElementIsMadeOf)
+{
+    EditorWorld world;
+    AppState& state = world.state;
+    state.edit({}, [](DMGProject& p) {
+        p.items = {{.sourcePath = "/old/Notes.app/", .displayName = "Notes.app"},
+                   {.sourcePath = "/old/read.txt", .displayName = "Read Me"}};
+        p.overlayImages = {
+            {.sourcePath = "/gone.png", .builtInArrowID = "x", .x = 10, .y = 20, .width = 100, .height = 60}};
+    });
+    const auto item = [&](std::size_t i) -> const DMGItem& { return state.project().items[i]; };
+    for (std::size_t i : {0U, 1U}) {
+        world.panels.toOpen = {{"/new/Larkspur.app/"}};
+        state.replaceItemViaPanel(item(i).id);
+        EXPECT_EQ(item(i).sourcePath, "/new/Larkspur.app");
+        EXPECT_EQ(state.undoName(), "Replace Item");
+    }
+    EXPECT_EQ(item(0).displayName, "Larkspur.app");
+    EXPECT_EQ(item(1).displayName, "Read Me") << "a name that was given stays";
+
+    const auto overlay = [&]() -> const DMGOverlayImage& { return state.project().overlayImages[0]; };
+    world.panels.toOpen = {{"/no/such.png"}};
+    state.replaceOverlayImageViaPanel(overlay().id);
+    EXPECT_EQ(world.lastAlert(), plainAlert("Could not open image:\n/no/such.png"));
+    EXPECT_EQ(overlay().sourcePath, "/gone.png");
+    const fs::path square = world.picture("square.png", 300, 300);
+    world.panels.toOpen = {{square}};
+    state.replaceOverlayImageViaPanel(overlay().id);
+    EXPECT_EQ(overlay().sourcePath, square.string());
+    EXPECT_FALSE(overlay().builtInArrowID);
+    EXPECT_EQ(overlay().bounds(), (Rect{30, 20, 60, 60}));
+    EXPECT_DOUBLE_EQ(overlay().originalWidth, 220);
+    EXPECT_EQ(state.undoName(), "Replace Image");
+}
+
 TEST(Operations, tellPicturesByTheirExtension)
 {
     for (const char* name : {"/a.png", "/a.JPG", "/a.jpeg", "/a.TiF", "/a.tiff", "/a.gif", "/a.webp", "/b.x.heic"})
