@@ -135,6 +135,7 @@ void MainWindow::connectState()
         m_context.state.setInspectorTab(InspectorTab::arrange);
         m_inspector->focusFirstField();
     });
+    connect(m_canvas, &CanvasView::boxDragged, m_inspector, &Inspector::showDraggedBox);
     connect(m_sheets, &SheetHost::escapePressed, this, &MainWindow::closeSheet);
     connect(m_sheets, &SheetHost::openChanged, this, [this] { m_menus->update(); });
 }

@@ -151,6 +151,12 @@ void Inspector::focusFirstField()
         first->setFocus(Qt::TabFocusReason);
 }
 
+void Inspector::showDraggedBox(const Uuid& id, const Rect& box)
+{
+    if (InspectorPanel* shown = m_panels[static_cast<std::size_t>(m_stack->currentIndex())])
+        shown->showDraggedBox(id, box);
+}
+
 void Inspector::paintEvent(QPaintEvent*)
 {
     const Look& look = lookOf(this);

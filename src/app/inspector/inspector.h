@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/app_context.h"
+#include "model/geometry.h"
+#include "model/uuid.h"
 
 #include <QWidget>
 
@@ -32,6 +34,8 @@ public:
     [[nodiscard]] QWidget* tabColumn() const;
     /// Gives the focus to the first field of the panel.
     void focusFirstField();
+    /// Has the shown panel follow a box that is being dragged on the canvas. Content points.
+    void showDraggedBox(const Uuid& id, const Rect& box);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

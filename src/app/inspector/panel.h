@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/app_context.h"
+#include "model/geometry.h"
+#include "model/uuid.h"
 
 #include <QWidget>
 
@@ -26,6 +28,8 @@ public:
     /// Shows everything as it is now. Called when the panel comes into view and, while it is seen, after each change.
     /// The field in which a person types keeps its text.
     virtual void refresh();
+    /// A box on the canvas is being dragged, in content points; the project learns of it at the end.
+    virtual void showDraggedBox(const Uuid&, const Rect&) {}
 
 protected:
     /// Adds a section below those that are there.

@@ -122,7 +122,9 @@ Section::Section(const QString& title, QWidget* parent)
     column->setSpacing(look.length(belowHeader));
     auto* header = new QHBoxLayout;
     m_title->setFont(look.font(Type::controlStrong));
+    m_title->setTextFormat(Qt::PlainText);
     m_title->setMinimumHeight(look.lineHeight(Type::controlStrong));
+    m_title->setHidden(title.isEmpty());
     header->addWidget(m_title, 1);
     column->addLayout(header);
     m_rows->setContentsMargins(0, 0, 0, 0);
@@ -137,6 +139,7 @@ Section::Section(const QString& title, QWidget* parent)
 void Section::setTitle(const QString& title)
 {
     m_title->setText(title);
+    m_title->setHidden(title.isEmpty());
 }
 
 Switch* Section::addSwitch()

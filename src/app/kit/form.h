@@ -39,6 +39,7 @@ class Section : public QWidget
     Q_OBJECT
 
 public:
+    /// Without a title there is no header.
     explicit Section(const QString& title, QWidget* parent = nullptr);
 
     void setTitle(const QString& title);
