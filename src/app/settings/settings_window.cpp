@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -25,6 +26,7 @@ namespace
 {
 
 constexpr int keyRole = Qt::UserRole;
+constexpr double listWidth = 168; ///< its margins included
 
 } // namespace
 
@@ -38,14 +40,17 @@ SettingsWindow::SettingsWindow(const AppContext& context, const WindowCommands& 
     m_list->setAccessibleName(qtText(Labels::settings).chopped(1));
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->viewport()->setAutoFillBackground(false);
-    m_list->setFixedWidth(look.length(168));
     m_list->setIconSize({look.length(18), look.length(18)});
     m_list->setFont(look.font(Type::bodyMedium));
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(0);
-    layout->addWidget(m_list);
+    auto* column = new QVBoxLayout;
+    column->setContentsMargins(look.length(8), look.length(14), look.length(8), look.length(8));
+    column->addWidget(m_list);
+    m_list->setFixedWidth(look.length(listWidth - 16));
+    layout->addLayout(column);
     layout->addWidget(m_pages, 1);
 
     addPage("theme", "settings.theme", "theme", makeThemePage(m_context));
@@ -115,7 +120,7 @@ void SettingsWindow::paintEvent(QPaintEvent*)
     const Look& look = lookOf(this);
     QPainter painter(this);
     paintChrome(painter, rect(), look);
-    painter.fillRect(QRect(m_list->width() - 1, 0, 1, height()), look.palette.dividerColor);
+    painter.fillRect(QRect(look.length(listWidth) - 1, 0, 1, height()), look.palette.dividerColor);
 }
 
 } // namespace velmora
