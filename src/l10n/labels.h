@@ -129,7 +129,6 @@ inline constexpr const char* repeat = "Repeat";
 inline constexpr const char* replace = "Replace…";
 inline constexpr const char* reveal = "Reveal";
 inline constexpr const char* saveLog = "Save Log…";
-inline constexpr const char* selectedItem = "Selected Item";
 inline constexpr const char* selectNext = "Select Next";
 inline constexpr const char* sendBackward = "Send Backward";
 inline constexpr const char* settings = "Settings…";
