@@ -142,7 +142,7 @@ private:
             m_about->setText(qtText(Labels::builtInArrow));
         else
             m_about->setText(
-                picture ? qtText(Labels::pictureSize).arg(picture->pixels.width()).arg(picture->pixels.height())
+                picture ? qtText(Labels::pixelSize).arg(picture->pixels.width()).arg(picture->pixels.height())
                         : QString());
         m_original->setEnabled(overlay.canResetToOriginalSize());
         m_forward->setEnabled(state().canBringOverlayForward(overlay.id));
