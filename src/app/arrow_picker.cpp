@@ -15,6 +15,12 @@
 
 namespace velmora
 {
+namespace
+{
+
+constexpr double sheetWidth = 580;
+
+} // namespace
 
 ArrowPicker::ArrowPicker(const AppContext& context, int margin, QWidget* parent)
     : QWidget(parent), m_context(context), m_tiles(new QButtonGroup(this))
@@ -45,17 +51,22 @@ ArrowPicker::ArrowPicker(const AppContext& context, int margin, QWidget* parent)
     buttons->addWidget(cancel);
     buttons->addWidget(add);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSpacing(0);
     layout->addWidget(makeLabel(localized("arrow_picker_title"), Type::sheetTitle));
     layout->addSpacing(look.length(2));
-    auto* hint = makeHint(localized("arrow_picker_hint"), Type::control);
-    hint->setWordWrap(false);
-    layout->addWidget(hint);
-    layout->addSpacing(look.length(16));
+    layout->addWidget(makeHint(localized("arrow_picker_hint"), Type::control));
+    layout->addSpacing(look.length(12));
     layout->addLayout(grid);
-    layout->addSpacing(look.length(20));
+    layout->addSpacing(look.length(12));
     layout->addLayout(buttons);
+    // The pictures, not the tiles round them, stand below the title.
+    const int outside = ArrowTile::padding(look);
+    layout->setContentsMargins(margin - outside, margin, margin - outside, margin);
+    for (int i = 0; i < layout->count(); ++i) {
+        if (QWidget* label = layout->itemAt(i)->widget())
+            label->setContentsMargins(outside, 0, outside, 0);
+    }
+    buttons->setContentsMargins(outside, 0, outside, 0);
 
     connect(cancel, &QPushButton::clicked, &state, [&state] { state.setShowArrowPicker(false); });
     connect(add, &QPushButton::clicked, this, &ArrowPicker::addChosen);
@@ -63,6 +74,12 @@ ArrowPicker::ArrowPicker(const AppContext& context, int margin, QWidget* parent)
         state.setShowArrowPicker(false);
         state.addOverlayImage(std::nullopt);
     });
+}
+
+QSize ArrowPicker::sizeHint() const
+{
+    const int width = lookOf(this).length(sheetWidth);
+    return {width, layout()->totalHeightForWidth(width)};
 }
 
 QWidget* ArrowPicker::prepare()

@@ -18,6 +18,8 @@ public:
     /// `margin` is what a sheet's content leaves at its sides.
     ArrowPicker(const AppContext& context, int margin, QWidget* parent = nullptr);
 
+    [[nodiscard]] QSize sizeHint() const override;
+
     /// Chooses the first arrow and returns the control that has the focus when the sheet opens.
     QWidget* prepare();
 

@@ -19,7 +19,7 @@ constexpr double tilePadding = 8;
 constexpr double pictureHeight = 84;
 constexpr double tileRadius = 10;
 constexpr double pictureRadius = 6;
-constexpr double pictureMargin = 14;
+constexpr double pictureMargin = 13;
 
 /// The part of a picture that is not transparent.
 QRect drawnPart(const QImage& image)
@@ -52,13 +52,12 @@ bool isPale(const QImage& image)
 
 } // namespace
 
-ArrowTile::ArrowTile(const QString& name, PicturePtr picture, QWidget* parent) : QAbstractButton(parent)
+ArrowTile::ArrowTile(const QString& name, PicturePtr picture, QWidget* parent) : QRadioButton(parent)
 {
     setText(name);
     setAccessibleName(name);
-    setCheckable(true);
-    setAutoExclusive(true);
-    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_Hover);
     if (picture && !picture->pixels.isNull()) {
         const QImage image = picture->pixels.convertToFormat(QImage::Format_ARGB32_Premultiplied);
         m_picture = image.copy(drawnPart(image));
@@ -70,6 +69,16 @@ QSize ArrowTile::sizeHint() const
 {
     const Look& look = lookOf(this);
     return {look.length(tileWidth), look.length(2 * tilePadding + pictureHeight + 24)};
+}
+
+int ArrowTile::padding(const Look& look)
+{
+    return look.length(tilePadding);
+}
+
+FocusShape ArrowTile::focusShape() const
+{
+    return {rect(), static_cast<double>(lookOf(this).length(tileRadius)), true};
 }
 
 void ArrowTile::mouseDoubleClickEvent(QMouseEvent* event)
@@ -92,8 +101,8 @@ void ArrowTile::paintEvent(QPaintEvent*)
     } else if (underMouse()) {
         drawBox(painter, tile, look.length(tileRadius), look.palette.hoverFill, QColor());
     }
-    const int padding = look.length(tilePadding);
-    const QRectF field(padding, padding, width() - 2 * padding, look.length(pictureHeight));
+    const int edge = padding(look);
+    const QRectF field(edge, edge, width() - 2 * edge, look.length(pictureHeight));
     QPainterPath shape;
     shape.addRoundedRect(field, look.length(pictureRadius), look.length(pictureRadius));
     painter.save();
@@ -112,10 +121,8 @@ void ArrowTile::paintEvent(QPaintEvent*)
         target.moveCenter(room.center());
         painter.drawImage(target, m_picture);
     }
-    drawLine(painter, QRectF(padding, field.bottom(), field.width(), look.length(24 + tilePadding)), Qt::AlignCenter,
+    drawLine(painter, QRectF(edge, field.bottom(), field.width(), look.length(24 + tilePadding)), Qt::AlignCenter,
              text(), look.font(Type::controlMedium), isChecked() ? look.roles.primary : look.roles.secondary);
-    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange))
-        drawFocusRing(painter, tile.adjusted(3, 3, -3, -3), look.length(tileRadius) - 3, false, look);
 }
 
 } // namespace velmora

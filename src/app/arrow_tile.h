@@ -1,14 +1,17 @@
 #pragma once
 
+#include "app/kit/focus_ring.h"
 #include "render/picture.h"
 
-#include <QAbstractButton>
+#include <QRadioButton>
 
 namespace velmora
 {
 
+struct Look;
+
 /// One arrow of the picker: its picture on the checker, its name below.
-class ArrowTile : public QAbstractButton
+class ArrowTile : public QRadioButton, public HasFocusShape
 {
     Q_OBJECT
 
@@ -16,11 +19,16 @@ public:
     ArrowTile(const QString& name, PicturePtr picture, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] FocusShape focusShape() const override;
+
+    /// What a tile leaves round its picture.
+    static int padding(const Look& look);
 
 signals:
     void doubleClicked();
 
 protected:
+    [[nodiscard]] bool hitButton(const QPoint& position) const override { return rect().contains(position); }
     void paintEvent(QPaintEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 

@@ -1,5 +1,7 @@
 #include "app/license_editor.h"
 
+#include "app/kit/paint.h"
+#include "app/kit/switch.h"
 #include "app/plain_widgets.h"
 #include "app/text.h"
 #include "editor/app_state.h"
@@ -9,7 +11,6 @@
 #include "platform/ports/alerts.h"
 #include "platform/ports/file_panels.h"
 
-#include <QCheckBox>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -23,6 +24,10 @@ namespace velmora
 {
 namespace
 {
+
+constexpr double textPadding = 20;
+/// How much of the ink is left while the text is not put into the image.
+constexpr double leftOutInk = 0.6;
 
 /// No agreement is this long; a larger file was chosen by mistake.
 constexpr std::uint64_t longestText = 4 * 1024 * 1024;
@@ -49,7 +54,7 @@ std::string readText(const std::filesystem::path& file)
 LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     : QWidget(parent),
       m_context(context),
-      m_include(new QCheckBox(qtText(Labels::includeInImage))),
+      m_include(new Switch),
       m_text(new QPlainTextEdit),
       m_hint(makeHint(qtText(Labels::licenseLeftOut))),
       m_count(makeHint(QString(), Type::control))
@@ -64,6 +69,7 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     m_text->setFont(look.font(Type::document));
     m_text->setPlaceholderText(qtText(Labels::licensePlaceholder));
     m_text->setTabChangesFocus(true);
+    m_text->document()->setDocumentMargin(look.length(textPadding));
     m_text->installEventFilter(this);
     auto* import = makeLargeButton(qtText(Labels::importText), "license.import");
     auto* clear = makeLargeButton(qtText(Labels::clear), "license.clear");
@@ -74,6 +80,8 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     titles->addWidget(makeHint(qtText(Labels::licenseExplanation), Type::control));
     auto* head = new QHBoxLayout;
     head->addLayout(titles, 1);
+    head->setSpacing(look.length(10));
+    head->addWidget(makeLabel(qtText(Labels::includeInImage), Type::control), 0, Qt::AlignTop);
     head->addWidget(m_include, 0, Qt::AlignTop);
     auto* tools = new QHBoxLayout;
     tools->setSpacing(look.length(8));
@@ -118,8 +126,33 @@ void LicenseEditor::refresh()
         m_text->setPlainText(text);
     m_refreshing = false;
     m_hint->setVisible(!project.licenseEnabled && !project.licenseText.empty());
+    showCount(text);
+    showInk();
+}
+
+void LicenseEditor::showCount(const QString& text)
+{
+    const auto characters = text.toUcs4().size(); // a sign beyond the basic plane is one
     const auto lines = text.isEmpty() ? 0 : text.count(QLatin1Char('\n')) + 1;
-    m_count->setText(qtText(Labels::licenseCount).arg(text.size()).arg(lines));
+    m_count->setText(qtText(characters == 1 ? Labels::licenseCharacter : Labels::licenseCharacters).arg(characters) +
+                     QStringLiteral(" · ") +
+                     qtText(lines == 1 ? Labels::licenseLine : Labels::licenseLines).arg(lines));
+}
+
+void LicenseEditor::showInk()
+{
+    const Look& look = lookOf(this);
+    QPalette colors;
+    if (!m_context.state.project().licenseEnabled)
+        colors.setColor(QPalette::Text, laidOver(look.roles.field, faded(look.roles.primary, leftOutInk)));
+    m_text->setPalette(colors);
+}
+
+void LicenseEditor::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        showInk();
+    QWidget::changeEvent(event);
 }
 
 void LicenseEditor::storeText()

@@ -4,12 +4,13 @@
 
 #include <QWidget>
 
-class QCheckBox;
 class QLabel;
 class QPlainTextEdit;
 
 namespace velmora
 {
+
+class Switch;
 
 /// The work area while the licence agreement is edited: a switch, its text, ways to fill and empty it.
 class LicenseEditor : public QWidget
@@ -20,15 +21,18 @@ public:
     explicit LicenseEditor(const AppContext& context, QWidget* parent = nullptr);
 
 protected:
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void refresh();
+    void showCount(const QString& text);
+    void showInk();
     void storeText();
     void importText();
 
     AppContext m_context;
-    QCheckBox* m_include;
+    Switch* m_include;
     QPlainTextEdit* m_text;
     QLabel* m_hint;
     QLabel* m_count;

@@ -79,29 +79,26 @@ void Updater::check(bool userInitiated)
           [this, userInitiated](const std::optional<QByteArray>& body) {
               // Out of the network's call first: an alert runs the event loop for as long as it is open.
               QMetaObject::invokeMethod(
-                  this,
-                  [this, body, userInitiated] {
-                      present(body, userInitiated);
-                      emit checkFinished();
-                  },
+                  this, [this, body, userInitiated] { emit checkFinished(present(body, userInitiated)); },
                   Qt::QueuedConnection);
           });
 }
 
-void Updater::present(const std::optional<QByteArray>& body, bool userInitiated)
+UpdateOutcome Updater::present(const std::optional<QByteArray>& body, bool userInitiated)
 {
     const auto feed = body ? parseUpdateFeed(body->toStdString()) : std::nullopt;
     if (feed && isNewer(feed->version, m_source.currentVersion)) {
         announce(feed->version, feed->url);
-    } else if (!userInitiated) {
-        return;
-    } else if (feed) {
+        return UpdateOutcome::newer;
+    }
+    if (userInitiated && feed) {
         m_alerts.show({.title = m_text("updates.upto_date_title"),
                        .text = formatted(m_text("updates.upto_date_body"), m_source.currentVersion),
                        .style = AlertStyle::informational});
-    } else {
+    } else if (userInitiated) {
         m_alerts.show({.title = m_text("updates.check_fail_title"), .text = m_text("updates.check_fail_body")});
     }
+    return feed ? UpdateOutcome::upToDate : UpdateOutcome::failed;
 }
 
 void Updater::announce(const std::string& version, const std::optional<std::string>& url)

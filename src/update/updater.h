@@ -31,6 +31,9 @@ struct UpdateSource {
 /// This program and its web site.
 UpdateSource officialUpdateSource();
 
+/// How a check ended.
+enum class UpdateOutcome { newer, upToDate, failed };
+
 /// Tells a person when a newer version is published. Nothing is remembered between checks; checks that overlap answer
 /// each for itself. Used on the user-interface thread; a destroyed updater answers no more.
 class Updater : public QObject
@@ -62,10 +65,10 @@ public:
 signals:
     void autoCheckChanged(bool automatic);
     /// A check has ended and its alert, if there was one, is answered.
-    void checkFinished();
+    void checkFinished(velmora::UpdateOutcome outcome);
 
 private:
-    void present(const std::optional<QByteArray>& body, bool userInitiated);
+    UpdateOutcome present(const std::optional<QByteArray>& body, bool userInitiated);
     void announce(const std::string& version, const std::optional<std::string>& url);
 
     UpdateSource m_source;

@@ -1,7 +1,11 @@
 #include "app/settings/pages.h"
 
 #include "app/about.h"
+#include "app/kit/icons.h"
+#include "app/kit/switch.h"
 #include "app/plain_widgets.h"
+#include "app/settings/setting_group.h"
+#include "app/settings/theme_card.h"
 #include "app/text.h"
 #include "app/theme/theme_manager.h"
 #include "app/window_size.h"
@@ -11,12 +15,15 @@
 #include "update/app_links.h"
 #include "update/updater.h"
 
+#include <QAction>
 #include <QButtonGroup>
-#include <QCheckBox>
+#include <QEvent>
+#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QVBoxLayout>
+
+#include <array>
 
 namespace velmora
 {
@@ -30,14 +37,14 @@ struct Page {
 
     Page(const QString& title, const QString& intro)
     {
-        const Look& look = lookOf(widget);
-        layout->setContentsMargins(look.length(28), look.length(24), look.length(28), look.length(24));
-        layout->setSpacing(look.length(8));
+        layout->setContentsMargins(points(28), points(24), points(28), points(24));
+        layout->setSpacing(0);
         layout->addWidget(makeLabel(title, Type::pageTitle));
-        if (!intro.isEmpty())
-            layout->addWidget(makeHint(intro, Type::control));
-        layout->addSpacing(look.length(8));
+        layout->addSpacing(points(2));
+        layout->addWidget(makeHint(intro, Type::control));
+        layout->addSpacing(points(20));
     }
+    [[nodiscard]] int points(double length) const { return lookOf(widget).length(length); }
     QWidget* finish()
     {
         layout->addStretch(1);
@@ -45,23 +52,108 @@ struct Page {
     }
 };
 
+QLabel* makeValue(const QString& text)
+{
+    QLabel* value = makeHint(text, Type::control);
+    value->setWordWrap(false);
+    return value;
+}
+
+Switch* makeSwitch(const QString& name, const char* objectName, bool on)
+{
+    auto* result = new Switch;
+    result->setObjectName(QLatin1String(objectName));
+    result->setAccessibleName(name);
+    result->setChecked(on);
+    return result;
+}
+
+/// A sign and a sentence that tell how a check ended.
+class CheckOutcome : public QWidget
+{
+public:
+    CheckOutcome() : m_sign(new QLabel), m_text(makeLabel(QString(), Type::control))
+    {
+        auto* layout = new QHBoxLayout(this);
+        layout->setContentsMargins({});
+        layout->setSpacing(lookOf(this).length(8));
+        layout->addWidget(m_sign);
+        layout->addWidget(m_text);
+        hide();
+    }
+    void show(UpdateOutcome outcome)
+    {
+        m_outcome = outcome;
+        m_text->setText(outcome == UpdateOutcome::failed ? localized("updates.check_fail_title")
+                                                         : localized("updates.upto_date_title"));
+        dress();
+        setVisible(outcome != UpdateOutcome::newer);
+    }
+
+protected:
+    void changeEvent(QEvent* event) override
+    {
+        if (event->type() == QEvent::PaletteChange && !m_dressing)
+            dress();
+        QWidget::changeEvent(event);
+    }
+
+private:
+    void dress()
+    {
+        const Look& look = lookOf(this);
+        const bool failed = m_outcome == UpdateOutcome::failed;
+        const QColor ink = failed ? look.roles.warning : look.roles.success;
+        m_dressing = true;
+        m_sign->setPixmap(iconPixmap(failed ? QStringLiteral("warning") : QStringLiteral("tick"), look.length(16),
+                                     devicePixelRatioF(), {ink, Qt::transparent}));
+        QPalette colors = m_text->palette();
+        colors.setColor(QPalette::WindowText, ink);
+        m_text->setPalette(colors);
+        m_dressing = false;
+    }
+
+    QLabel* m_sign;
+    QLabel* m_text;
+    UpdateOutcome m_outcome = UpdateOutcome::upToDate;
+    bool m_dressing = false;
+};
+
+QString shortcutText(const QWidget* within, const char* action)
+{
+    // The menus know which keys stand for their commands.
+    const auto* found = within ? within->findChild<QAction*>(QLatin1String(action)) : nullptr;
+    return found ? found->shortcut().toString(QKeySequence::NativeText) : QString();
+}
+
 } // namespace
 
 QWidget* makeThemePage(const AppContext& context)
 {
     Page page(localized("theme.title"), localized("theme.intro"));
     ThemeManager& themes = context.themes;
+    auto* current = makeLabel(QString(), Type::controlStrong);
+    auto* line = new QHBoxLayout;
+    line->setSpacing(page.points(6));
+    line->addWidget(makeValue(localized("theme.current")));
+    line->addWidget(current);
+    line->addStretch(1);
+    page.layout->addLayout(line);
+    page.layout->addSpacing(page.points(12));
+
     auto* group = new QButtonGroup(page.widget);
     for (const AppTheme theme : allAppThemes) {
-        auto* choice = new QRadioButton(qtText(displayName(theme)));
-        choice->setObjectName(QStringLiteral("settings.theme.") + qtText(displayName(theme)).toLower().remove(u' '));
-        choice->setAccessibleName(qtText(displayName(theme)));
-        choice->setAccessibleDescription(qtText(blurb(theme)));
-        group->addButton(choice, static_cast<int>(theme));
-        page.layout->addWidget(choice);
-        page.layout->addWidget(makeHint(qtText(blurb(theme))));
+        // Only the light theme has the desktop's accent; its card shows it in every theme.
+        auto* card = new ThemeCard(theme, [&themes] { return themes.systemAccent(); });
+        card->setObjectName(QStringLiteral("settings.theme.") + qtText(displayName(theme)).toLower().remove(u' '));
+        group->addButton(card, static_cast<int>(theme));
+        page.layout->addWidget(card);
+        page.layout->addSpacing(page.points(12));
     }
-    const auto refresh = [group, &themes] { group->button(static_cast<int>(themes.theme()))->setChecked(true); };
+    const auto refresh = [group, current, &themes] {
+        group->button(static_cast<int>(themes.theme()))->setChecked(true);
+        current->setText(qtText(displayName(themes.theme())));
+    };
     QObject::connect(group, &QButtonGroup::idClicked, page.widget,
                      [&themes](int id) { themes.setTheme(static_cast<AppTheme>(id)); });
     QObject::connect(&themes, &ThemeManager::themeChanged, page.widget, refresh);
@@ -71,19 +163,31 @@ QWidget* makeThemePage(const AppContext& context)
 
 QWidget* makeUpdatesPage(const AppContext& context)
 {
-    Page page(localized("updates.software"), {});
+    Page page(localized("updates.software"), qtText(Labels::updatesIntro));
     Updater& updater = context.updater;
-    page.layout->addWidget(
-        makeLabel(localized("updates.current") + QStringLiteral(": ") + qtText(updater.currentVersion()), Type::body));
-    auto* automatic = new QCheckBox(localized("updates.auto_check"));
-    automatic->setObjectName(QStringLiteral("settings.autoCheck"));
-    automatic->setChecked(updater.autoCheck());
+    auto* version = makeLabel(localized("about.version", qtText(updater.currentVersion())), Type::body);
+    version->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* automatic = makeSwitch(localized("updates.auto_check"), "settings.autoCheck", updater.autoCheck());
+    automatic->setAccessibleDescription(qtText(Labels::updatesAutomatic));
+    auto* group = new SettingGroup;
+    group->addRow(localized("updates.current"), {}, {version});
+    group->addRow(localized("updates.auto_check"), qtText(Labels::updatesAutomatic), {automatic});
     auto* now = makeLargeButton(localized("updates.check_now"), "settings.checkNow");
-    page.layout->addWidget(automatic);
-    page.layout->addWidget(now, 0, Qt::AlignLeft);
+    now->setDefault(true);
+    auto* outcome = new CheckOutcome;
+    auto* line = new QHBoxLayout;
+    line->setSpacing(page.points(16));
+    line->addWidget(now);
+    line->addWidget(outcome);
+    line->addStretch(1);
+    page.layout->addWidget(group);
+    page.layout->addSpacing(page.points(16));
+    page.layout->addLayout(line);
+
     QObject::connect(automatic, &QCheckBox::clicked, page.widget, [&updater](bool on) { updater.setAutoCheck(on); });
     QObject::connect(&updater, &Updater::autoCheckChanged, automatic, &QCheckBox::setChecked);
     QObject::connect(now, &QPushButton::clicked, page.widget, [&updater] { updater.check(true); });
+    QObject::connect(&updater, &Updater::checkFinished, outcome, &CheckOutcome::show);
     return page.finish();
 }
 
@@ -91,27 +195,40 @@ QWidget* makeLanguagePage(const AppContext& context)
 {
     Page page(localized("lang.title"), localized("lang.intro"));
     LanguageManager& languages = context.languages;
-    auto* current = makeLabel(QString(), Type::body);
-    page.layout->addWidget(current);
+    auto* current = makeValue(QString());
+    auto* now = new SettingGroup;
+    now->addRow(localized("lang.current"), {}, {current});
+    page.layout->addWidget(now);
+
     auto* group = new QButtonGroup(page.widget);
+    SettingGroup* rows = nullptr;
     std::string region;
     for (std::size_t i = 0; i < LanguageManager::catalog().size(); ++i) {
         const AppLanguage& language = LanguageManager::catalog()[i];
-        if (language.region != region)
-            page.layout->addWidget(makeHint(qtText(language.region), Type::controlStrong));
-        region = language.region;
+        if (!rows || language.region != region) {
+            rows = new SettingGroup;
+            region = language.region;
+            page.layout->addSpacing(page.points(16));
+            QLabel* heading = makeHint(qtText(region), Type::hintMedium);
+            heading->setIndent(page.points(2));
+            page.layout->addWidget(heading);
+            page.layout->addSpacing(page.points(6));
+            page.layout->addWidget(rows);
+        }
         auto* choice =
-            new QRadioButton(language.code == "system" ? localized("lang.system") : qtText(language.menuLabel()));
+            new ChoiceRow(language.code == "system" ? localized("lang.system") : qtText(language.menuLabel()));
         choice->setObjectName(QStringLiteral("settings.language.") + qtText(language.code));
         group->addButton(choice, static_cast<int>(i));
-        page.layout->addWidget(choice);
+        rows->addRow(choice);
     }
     const auto refresh = [group, current, &languages] {
-        for (QAbstractButton* button : group->buttons())
-            button->setChecked(LanguageManager::catalog()[static_cast<std::size_t>(group->id(button))].code ==
-                               languages.code());
-        current->setText(localized("lang.current") + QStringLiteral(": ") + qtText(languages.current().menuLabel()) +
-                         qtText(Labels::languagePacks).arg(languages.embeddedPackCount()));
+        for (QAbstractButton* button : group->buttons()) {
+            if (LanguageManager::catalog()[static_cast<std::size_t>(group->id(button))].code == languages.code())
+                button->setChecked(true);
+        }
+        const std::size_t packs = languages.embeddedPackCount();
+        current->setText(qtText(languages.current().menuLabel()) +
+                         qtText(packs == 1 ? Labels::languagePack : Labels::languagePacks).arg(packs));
     };
     QObject::connect(group, &QButtonGroup::idClicked, page.widget, [&languages](int id) {
         languages.setCode(LanguageManager::catalog()[static_cast<std::size_t>(id)].code);
@@ -121,18 +238,28 @@ QWidget* makeLanguagePage(const AppContext& context)
     return page.finish();
 }
 
-QWidget* makeWindowPage(const AppContext& context, const WindowCommands& commands)
+QWidget* makeWindowPage(const AppContext& context, const WindowCommands& commands, const QWidget* menus)
 {
     Page page(qtText(Labels::window), qtText(Labels::windowIntro));
     SettingsStore& settings = context.settings;
-    auto* maximized = new QCheckBox(localized("menu.open_maximized"));
-    maximized->setObjectName(QStringLiteral("settings.openMaximized"));
-    maximized->setChecked(WindowPrefs::opensMaximized(settings));
-    auto* fill = makeLargeButton(localized("menu.fill_screen"), "settings.fillScreen");
-    auto* normal = makeLargeButton(localized("menu.default_size"), "settings.defaultSize");
-    page.layout->addWidget(maximized);
-    page.layout->addWidget(fill, 0, Qt::AlignLeft);
-    page.layout->addWidget(normal, 0, Qt::AlignLeft);
+    auto* maximized =
+        makeSwitch(localized("menu.open_maximized"), "settings.openMaximized", WindowPrefs::opensMaximized(settings));
+    maximized->setAccessibleDescription(qtText(Labels::openMaximizedHint));
+    const auto makeButton = [](const char* label, const QString& name, const char* objectName) {
+        auto* button = makeLargeButton(qtText(label), objectName);
+        button->setAccessibleName(name);
+        return button;
+    };
+    auto* fill = makeButton(Labels::fillNow, localized("menu.fill_screen"), "settings.fillScreen");
+    auto* normal = makeButton(Labels::apply, localized("menu.default_size"), "settings.defaultSize");
+    const QString size = QStringLiteral("%1 × %2").arg(WindowPrefs::defaultWidth).arg(WindowPrefs::defaultHeight);
+    const QString keys = shortcutText(menus, "menu.defaultSize");
+    auto* group = new SettingGroup;
+    group->addRow(localized("menu.open_maximized"), qtText(Labels::openMaximizedHint), {maximized});
+    group->addRow(localized("menu.fill_screen"), {}, {makeValue(shortcutText(menus, "menu.fillScreen")), fill});
+    group->addRow(localized("menu.default_size"), {},
+                  {makeValue(keys.isEmpty() ? size : size + QStringLiteral(" · ") + keys), normal});
+    page.layout->addWidget(group);
     QObject::connect(maximized, &QCheckBox::clicked, page.widget,
                      [&settings](bool on) { WindowPrefs::setOpensMaximized(settings, on); });
     QObject::connect(fill, &QPushButton::clicked, page.widget, commands.fillScreen);
@@ -153,8 +280,32 @@ QWidget* makeHelpPage(const AppContext& context)
     Page page(localized("settings.help"), localized("help.intro"));
     Desktop& desktop = context.desktop;
     auto* website = makeLargeButton(localized("about.visit"), "settings.help.website");
-    page.layout->addWidget(makeHint(localized("help.website_hint"), Type::control));
-    page.layout->addWidget(website, 0, Qt::AlignLeft);
+    auto* group = new SettingGroup;
+    group->addRow(localized("help.website"), localized("help.website_hint"), {website});
+    page.layout->addWidget(group);
+    page.layout->addSpacing(page.points(24));
+    page.layout->addWidget(makeLabel(qtText(Labels::helpCanvas), Type::bodyStrong));
+    page.layout->addSpacing(page.points(10));
+    auto* table = new QGridLayout;
+    table->setHorizontalSpacing(page.points(24));
+    table->setVerticalSpacing(page.points(8));
+    table->setColumnStretch(1, 1);
+    const auto native = [](int keys) { return QKeySequence(keys).toString(QKeySequence::NativeText); };
+    const QString arrows = qtText(Labels::helpArrowKeys);
+    const std::array<std::pair<QString, const char*>, 6> keys{{
+        {native(Qt::Key_Tab), Labels::helpSelectNext},
+        {arrows, Labels::helpMove},
+        {native(Qt::ShiftModifier) + arrows, Labels::helpMoveFar},
+        {native(Qt::Key_Return), Labels::helpEdit},
+        {native(Qt::Key_Delete), Labels::helpRemove},
+        {native(Qt::Key_Escape), Labels::helpGiveUp},
+    }};
+    for (const auto& [key, does] : keys) {
+        const int row = table->rowCount();
+        table->addWidget(makeValue(key), row, 0);
+        table->addWidget(makeLabel(qtText(does), Type::control), row, 1);
+    }
+    page.layout->addLayout(table);
     QObject::connect(website, &QPushButton::clicked, page.widget,
                      [&desktop] { desktop.openAddress(AppLinks::website); });
     return page.finish();

@@ -12,7 +12,8 @@ namespace velmora
 QWidget* makeThemePage(const AppContext& context);
 QWidget* makeUpdatesPage(const AppContext& context);
 QWidget* makeLanguagePage(const AppContext& context);
-QWidget* makeWindowPage(const AppContext& context, const WindowCommands& commands);
+/// `menus` holds the menus' actions, whose keys the page names; it may be missing.
+QWidget* makeWindowPage(const AppContext& context, const WindowCommands& commands, const QWidget* menus);
 QWidget* makeAboutPage(const AppContext& context);
 QWidget* makeHelpPage(const AppContext& context);
 

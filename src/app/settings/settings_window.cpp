@@ -1,8 +1,9 @@
 #include "app/settings/settings_window.h"
 
 #include "app/chrome.h"
-#include "app/kit/icons.h"
 #include "app/kit/look.h"
+#include "app/kit/paint.h"
+#include "app/settings/page_list.h"
 #include "app/settings/pages.h"
 #include "app/settings/settings_pages.h"
 #include "app/text.h"
@@ -12,11 +13,9 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QListWidget>
 #include <QPainter>
 #include <QShortcut>
 #include <QStackedWidget>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -26,37 +25,28 @@ namespace
 {
 
 constexpr int keyRole = Qt::UserRole;
-constexpr double listWidth = 168; ///< its margins included
 
 } // namespace
 
 SettingsWindow::SettingsWindow(const AppContext& context, const WindowCommands& commands, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_context(context), m_list(new QListWidget), m_pages(new QStackedWidget)
+    : QWidget(parent, Qt::Window), m_context(context), m_list(new PageList), m_pages(new QStackedWidget)
 {
     const Look& look = lookOf(this);
     setObjectName(QStringLiteral("settings"));
     setFixedSize(look.length(680), look.length(536));
     m_list->setObjectName(QStringLiteral("settings.list"));
     m_list->setAccessibleName(qtText(Labels::settings).chopped(1));
-    m_list->setFrameShape(QFrame::NoFrame);
-    m_list->viewport()->setAutoFillBackground(false);
-    m_list->setIconSize({look.length(18), look.length(18)});
-    m_list->setFont(look.font(Type::bodyMedium));
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(0);
-    auto* column = new QVBoxLayout;
-    column->setContentsMargins(look.length(8), look.length(14), look.length(8), look.length(8));
-    column->addWidget(m_list);
-    m_list->setFixedWidth(look.length(listWidth - 16));
-    layout->addLayout(column);
+    layout->addWidget(m_list);
     layout->addWidget(m_pages, 1);
 
     addPage("theme", "settings.theme", "theme", makeThemePage(m_context));
     addPage("updates", "settings.updates", "updates", makeUpdatesPage(m_context));
     addPage("language", "settings.language", "language", makeLanguagePage(m_context));
-    addPage("window", "", "window", makeWindowPage(m_context, commands));
+    addPage("window", "", "window", makeWindowPage(m_context, commands, parent));
     addPage("about", "settings.about", "about", makeAboutPage(m_context));
     addPage("help", "settings.help", "help", makeHelpPage(m_context));
     retranslate();
@@ -67,9 +57,7 @@ SettingsWindow::SettingsWindow(const AppContext& context, const WindowCommands& 
 
 void SettingsWindow::addPage(const char* icon, const char* key, const char* name, QWidget* page)
 {
-    auto* row = new QListWidgetItem(toolIcon(QLatin1String(icon)), QString(), m_list);
-    row->setData(keyRole, QLatin1String(key));
-    row->setSizeHint({0, lookOf(this).length(32)});
+    m_list->addPage(QLatin1String(icon))->setData(keyRole, QLatin1String(key));
     page->setObjectName(QLatin1String("settings.page.") + QLatin1String(name));
     m_pages->addWidget(page);
 }
@@ -96,6 +84,8 @@ void SettingsWindow::showTab(int tab)
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
     activateWindow();
+    if (!focusWidget())
+        m_list->setFocus(Qt::OtherFocusReason);
 }
 
 void SettingsWindow::choose(int tab)
@@ -120,7 +110,7 @@ void SettingsWindow::paintEvent(QPaintEvent*)
     const Look& look = lookOf(this);
     QPainter painter(this);
     paintChrome(painter, rect(), look);
-    painter.fillRect(QRect(look.length(listWidth) - 1, 0, 1, height()), look.palette.dividerColor);
+    drawVerticalHairline(painter, m_list->width() - 1, 0, height(), look.palette.dividerColor);
 }
 
 } // namespace velmora

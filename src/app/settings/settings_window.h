@@ -4,11 +4,12 @@
 
 #include <QWidget>
 
-class QListWidget;
 class QStackedWidget;
 
 namespace velmora
 {
+
+class PageList;
 
 /// What the pages of the settings ask of the main window.
 struct WindowCommands {
@@ -40,7 +41,7 @@ private:
     void choose(int tab);
 
     AppContext m_context;
-    QListWidget* m_list;
+    PageList* m_list;
     QStackedWidget* m_pages;
 };
 

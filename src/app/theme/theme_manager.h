@@ -41,6 +41,8 @@ public:
     [[nodiscard]] ColorScheme colorScheme() const { return velmora::colorScheme(m_theme); }
     [[nodiscard]] ThemePalette palette() const { return velmora::palette(m_theme, m_systemAccent()); }
 
+    /// The desktop's accent at this moment.
+    [[nodiscard]] QColor systemAccent() const { return m_systemAccent(); }
     /// Hands in where the desktop's accent comes from, and applies the theme.
     void setSystemAccent(std::function<QColor()> systemAccent);
     /// Has every window take on the theme; call it when a window is new or the desktop's accent has changed.
