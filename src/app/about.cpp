@@ -24,6 +24,7 @@ QWidget* makeAboutContent(Desktop& desktop, const QString& area, QWidget* parent
     icon->setAccessibleName(QStringLiteral("Velmora"));
     auto* website = makeLargeButton(localized("about.visit"), "about.website");
     website->setObjectName(area + QStringLiteral(".website"));
+    website->setAutoDefault(false);
     QObject::connect(website, &QPushButton::clicked, website, [&desktop] { desktop.openAddress(AppLinks::website); });
 
     auto* layout = new QVBoxLayout(content);

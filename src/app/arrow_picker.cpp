@@ -85,6 +85,7 @@ QSize ArrowPicker::sizeHint() const
 QWidget* ArrowPicker::prepare()
 {
     m_tiles->button(0)->setChecked(true);
+    leadTabToChosen(*m_tiles);
     return m_tiles->button(0);
 }
 

@@ -80,9 +80,13 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     titles->addWidget(makeHint(qtText(Labels::licenseExplanation), Type::control));
     auto* head = new QHBoxLayout;
     head->addLayout(titles, 1);
-    head->setSpacing(look.length(10));
-    head->addWidget(makeLabel(qtText(Labels::includeInImage), Type::control), 0, Qt::AlignTop);
-    head->addWidget(m_include, 0, Qt::AlignTop);
+    auto* include = new QHBoxLayout;
+    include->setSpacing(look.length(10));
+    include->setContentsMargins(0, look.length(4), 0, 0);
+    include->addWidget(makeLabel(qtText(Labels::includeInImage), Type::control));
+    include->addWidget(m_include);
+    head->addLayout(include);
+    head->setAlignment(include, Qt::AlignTop);
     auto* tools = new QHBoxLayout;
     tools->setSpacing(look.length(8));
     tools->addWidget(import);

@@ -3,6 +3,8 @@
 #include "app/kit/velmora_style.h"
 #include "app/text.h"
 
+#include <QAbstractButton>
+#include <QButtonGroup>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -34,6 +36,12 @@ QPushButton* makeLargeButton(const QString& text, const char* objectName, QWidge
     button->setAccessibleName(accessibleText(text));
     setLarge(button);
     return button;
+}
+
+void leadTabToChosen(const QButtonGroup& group)
+{
+    for (QAbstractButton* button : group.buttons())
+        button->setFocusPolicy(button->isChecked() || !group.checkedButton() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 QString exactText(const QPlainTextEdit& field)

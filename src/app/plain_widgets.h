@@ -4,6 +4,7 @@
 
 #include <QString>
 
+class QButtonGroup;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
@@ -18,6 +19,9 @@ QLabel* makeLabel(const QString& text, Type type, QWidget* parent = nullptr);
 QLabel* makeHint(const QString& text, Type type = Type::hint, QWidget* parent = nullptr);
 /// A push button of sheets and settings. `objectName` is its name for tests and tools.
 QPushButton* makeLargeButton(const QString& text, const char* objectName, QWidget* parent = nullptr);
+/// Has Tab lead to the chosen one of a group's radio buttons; the arrow keys lead to the others. Call it whenever the
+/// program itself has chosen.
+void leadTabToChosen(const QButtonGroup& group);
 /// The text of a field, with "\n" between its lines and everything else as it was typed: Qt's own function turns
 /// no-break spaces into blanks.
 QString exactText(const QPlainTextEdit& field);

@@ -8,7 +8,6 @@
 #include "model/document.h"
 #include "platform/file_tree.h"
 
-#include <QAccessible>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
@@ -195,23 +194,6 @@ TEST_F(Session, stepsThroughItsAreas)
               (std::vector<std::string>{"workArea", "inspector.panel", "inspector.tabs", "toolbar", "workArea"}));
     press(Qt::Key_F6, Qt::ShiftModifier);
     EXPECT_EQ(areaOfFocus(), "toolbar");
-}
-
-TEST_F(Session, namesEveryControl)
-{
-    for (int tab = 0; tab < 5; ++tab)
-        state.setInspectorTab(tab); // panels are made when they are first shown
-    state.presentOverlayPicker();
-    choose("menu.settings");
-    for (QWidget* control : window->findChildren<QWidget*>()) {
-        if (!(control->focusPolicy() & Qt::TabFocus) || control->focusProxy() || control->isHidden())
-            continue;
-        QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(control);
-        ASSERT_TRUE(spoken);
-        const std::string what = control->metaObject()->className() + (" " + control->objectName().toStdString());
-        EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty()) << what;
-        EXPECT_FALSE(control->objectName().isEmpty()) << what;
-    }
 }
 
 TEST_F(Session, opensSettingsOnThePageThatWasAskedFor)

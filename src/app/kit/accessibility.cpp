@@ -2,6 +2,7 @@
 
 #include "app/kit/adjustable.h"
 #include "app/kit/color_well.h"
+#include "app/kit/form.h"
 #include "app/kit/note_banner.h"
 #include "app/kit/progress_line.h"
 #include "app/kit/segment.h"
@@ -12,6 +13,8 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QCheckBox>
+#include <QRadioButton>
 
 #include <cmath>
 #include <memory>
@@ -34,7 +37,7 @@ public:
     [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
         const QString set = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Name && set.isEmpty() ? m_button->text() : set;
+        return kind == QAccessible::Name && set.isEmpty() ? accessibleNameFor(m_button->text()) : set;
     }
 
     [[nodiscard]] QAccessible::State state() const override
@@ -234,6 +237,11 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object)
         return new ButtonAccessible(tool, roleOf(*tool));
     if (auto* segment = qobject_cast<Segment*>(widget))
         return new ButtonAccessible(segment, QAccessible::RadioButton);
+    // Qt's own would toggle them without the signal that a person's press sends.
+    if (auto* check = qobject_cast<QCheckBox*>(widget))
+        return new ButtonAccessible(check, QAccessible::CheckBox);
+    if (auto* radio = qobject_cast<QRadioButton*>(widget))
+        return new ButtonAccessible(radio, QAccessible::RadioButton);
     if (auto* well = qobject_cast<ColorWell*>(widget))
         return new ButtonAccessible(well, QAccessible::ColorChooser);
     if (auto* adjustable = dynamic_cast<Adjustable*>(widget))

@@ -141,6 +141,15 @@ void NumberField::take(double value)
     emit valueEdited(value);
 }
 
+void NumberField::adjust(double value)
+{
+    if (!std::isfinite(value))
+        return;
+    m_typed = false;
+    take(value);
+    showValue();
+}
+
 void NumberField::stepBy(int steps)
 {
     commit();

@@ -16,7 +16,7 @@ class NumberField : public QAbstractSpinBox
 {
     Q_OBJECT
     // The names by which assistive technology asks.
-    Q_PROPERTY(double value READ value WRITE setValue)
+    Q_PROPERTY(double value READ value WRITE adjust)
     Q_PROPERTY(double minimum READ minimum)
     Q_PROPERTY(double maximum READ maximum)
     Q_PROPERTY(double singleStep READ singleStep)
@@ -40,6 +40,9 @@ public:
     [[nodiscard]] double value() const { return m_value; }
     /// Takes on a value without a signal. Text that a person is just typing stays as it is.
     void setValue(double value);
+
+    /// Takes on a value as if a person had typed and committed it, with the signal; assistive technology writes so.
+    void adjust(double value);
 
     /// Whether the present text is no number.
     [[nodiscard]] bool isWrong() const { return m_wrong; }

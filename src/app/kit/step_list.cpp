@@ -18,6 +18,18 @@ constexpr double rowHeight = 28;
 constexpr double markSize = 16;
 constexpr double listWidth = 208;
 
+const QColor& nameInk(StepState state, const Look& look)
+{
+    switch (state) {
+    case StepState::waiting:
+        return look.roles.secondary;
+    case StepState::failed:
+        return look.roles.error;
+    default:
+        return look.roles.primary;
+    }
+}
+
 } // namespace
 
 StepList::StepList(QWidget* parent) : QWidget(parent), m_turn(this)
@@ -116,7 +128,7 @@ void StepList::paintEvent(QPaintEvent*)
         name.setRight(row.right() - timeWidth - look.length(8));
         drawLine(painter, name, Qt::AlignLeft | Qt::AlignVCenter, step.name,
                  look.font(now ? Type::controlStrong : Type::control),
-                 step.state == StepState::waiting ? look.roles.secondary : look.roles.primary);
+                 nameInk(step.state, look));
     }
 }
 

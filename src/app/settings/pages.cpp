@@ -152,6 +152,7 @@ QWidget* makeThemePage(const AppContext& context)
     }
     const auto refresh = [group, current, &themes] {
         group->button(static_cast<int>(themes.theme()))->setChecked(true);
+        leadTabToChosen(*group);
         current->setText(qtText(displayName(themes.theme())));
     };
     QObject::connect(group, &QButtonGroup::idClicked, page.widget,
@@ -226,6 +227,7 @@ QWidget* makeLanguagePage(const AppContext& context)
             if (LanguageManager::catalog()[static_cast<std::size_t>(group->id(button))].code == languages.code())
                 button->setChecked(true);
         }
+        leadTabToChosen(*group);
         const std::size_t packs = languages.embeddedPackCount();
         current->setText(qtText(languages.current().menuLabel()) +
                          qtText(packs == 1 ? Labels::languagePack : Labels::languagePacks).arg(packs));

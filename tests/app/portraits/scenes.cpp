@@ -36,6 +36,11 @@ class Walk
 public:
     Walk(AppTheme theme, const TakePicture& take) : m_take(take)
     {
+        // The real arrow in the place of the tests' own.
+        const std::filesystem::path arrows = std::filesystem::path(VELMORA_TEST_SOURCE_DIR) / "resources/Arrows";
+        std::filesystem::copy(arrows, m_world.build.home / "resources/Arrows",
+                              std::filesystem::copy_options::overwrite_existing |
+                                  std::filesystem::copy_options::recursive);
         m_world.themes.setTheme(theme);
         m_world.store->setBool(WindowPrefs::openMaximizedKey, false);
         m_world.show();
