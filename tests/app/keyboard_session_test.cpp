@@ -2,7 +2,6 @@
 
 #include "app/window_world.h"
 
-#include "app/kit/look.h"
 #include "app/kit/sheet_host.h"
 #include "app/settings/settings_window.h"
 
@@ -16,14 +15,8 @@ namespace velmora::testing
 namespace
 {
 
-struct KeyboardSession : ::testing::Test, WindowWorld {
-    void SetUp() override
-    {
-        DesktopLook desktopLook = readDesktop();
-        desktopLook.reducedMotion = true;
-        applyLook(*qApp, makeLook(AppTheme::system, defaultSystemAccent(), desktopLook));
-        show();
-    }
+struct KeyboardSession : ::testing::Test, StillLook, WindowWorld {
+    void SetUp() override { show(); }
     [[nodiscard]] static QString focused()
     {
         const QWidget* focus = QApplication::focusWidget();

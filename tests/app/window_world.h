@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/kit/look.h"
 #include "app/main_window.h"
 #include "app/theme/theme_manager.h"
 #include "editor/editor_world.h"
@@ -12,6 +13,16 @@
 
 namespace velmora::testing
 {
+
+/// Has the application take on the light look without motion, as the program does before it makes a window.
+struct StillLook {
+    StillLook()
+    {
+        DesktopLook desktop = readDesktop();
+        desktop.reducedMotion = true;
+        applyLook(*qApp, makeLook(AppTheme::system, defaultSystemAccent(), desktop));
+    }
+};
 
 /// The editor's window over a world that only pretends.
 struct WindowWorld : EditorWorld {

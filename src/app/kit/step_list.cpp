@@ -127,8 +127,7 @@ void StepList::paintEvent(QPaintEvent*)
         name.setLeft(row.left() + mark + look.length(10));
         name.setRight(row.right() - timeWidth - look.length(8));
         drawLine(painter, name, Qt::AlignLeft | Qt::AlignVCenter, step.name,
-                 look.font(now ? Type::controlStrong : Type::control),
-                 nameInk(step.state, look));
+                 look.font(now ? Type::controlStrong : Type::control), nameInk(step.state, look));
     }
 }
 
