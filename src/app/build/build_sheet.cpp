@@ -317,6 +317,7 @@ void BuildSheet::begin()
     m_log->clearLog();
     m_note->hide();
     m_bar->setOutcome(ProgressLine::Outcome::open);
+    m_bar->show();
     m_title->setText(qtText(Labels::building).arg(qtPath(state.buildOutput().filename())));
     m_subtitle->setText(qtText(Labels::buildingTo).arg(qtPath(state.buildOutput().parent_path())));
     m_timeCaption->setText(qtText(Labels::elapsed));
@@ -394,6 +395,7 @@ void BuildSheet::showFailure()
     const BuildStep* step = m_progress.current();
     const QString time = qtText(clockText(m_progress.elapsed(now())));
     m_subtitle->setText(step ? qtText(Labels::stoppedAt).arg(qtText(stepLabel(*step)), time) : QString());
+    m_bar->hide(); // it will go no further
     m_time->hide();
     m_timeCaption->hide();
     m_again->show();

@@ -105,8 +105,8 @@ private:
         const bool failed = m_outcome == UpdateOutcome::failed;
         const QColor ink = failed ? look.roles.warning : look.roles.success;
         m_dressing = true;
-        m_sign->setPixmap(iconPixmap(failed ? QStringLiteral("warning") : QStringLiteral("tick"), look.length(16),
-                                     devicePixelRatioF(), {ink, Qt::transparent}));
+        m_sign->setPixmap(iconPixmap(failed ? QStringLiteral("warning") : QStringLiteral("tick-circle"),
+                                     look.length(16), devicePixelRatioF(), {ink, Qt::transparent}));
         QPalette colors = m_text->palette();
         colors.setColor(QPalette::WindowText, ink);
         m_text->setPalette(colors);
