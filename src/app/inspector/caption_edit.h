@@ -23,6 +23,7 @@ signals:
 
 protected:
     void focusOutEvent(QFocusEvent* event) override;
+    bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
