@@ -141,9 +141,9 @@ private:
         if (arrow)
             m_about->setText(qtText(Labels::builtInArrow));
         else
-            m_about->setText(
-                picture ? qtText(Labels::pixelSize).arg(picture->pixels.width()).arg(picture->pixels.height())
-                        : QString());
+            m_about->setText(picture
+                                 ? qtText(Labels::pixelSize).arg(picture->pixels.width()).arg(picture->pixels.height())
+                                 : QString());
         m_original->setEnabled(overlay.canResetToOriginalSize());
         m_forward->setEnabled(state().canBringOverlayForward(overlay.id));
         m_backward->setEnabled(state().canSendOverlayBackward(overlay.id));
