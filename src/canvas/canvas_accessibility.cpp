@@ -60,7 +60,7 @@ QRect ElementAccessible::rect() const
 {
     if (!isValid())
         return {};
-    const QRect area = m_canvas->areaOf(m_element).toAlignedRect();
+    const QRect area = (m_canvas->areaOf(m_element) & QRectF(m_canvas->rect())).toAlignedRect();
     return {m_canvas->mapToGlobal(area.topLeft()), area.size()};
 }
 

@@ -110,7 +110,8 @@ void CanvasView::showCursor(QPointF point)
     const bool onLink = hit.kind == Hit::Kind::link;
     if (onLink != m_linkHovered) {
         m_linkHovered = onLink;
-        update(EmptyHint(m_viewport.placement().window(), size()).area().toAlignedRect().adjusted(-1, -1, 1, 1));
+        update((EmptyHint(m_viewport.placement().window(), size()).area().adjusted(-1, -1, 1, 1) & QRectF(rect()))
+                   .toAlignedRect());
     }
     switch (hit.kind) {
     case Hit::Kind::link:

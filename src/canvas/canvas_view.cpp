@@ -269,12 +269,14 @@ void CanvasView::redrawAll()
 
 void CanvasView::updateInContent(const QRectF& viewArea)
 {
-    update(viewArea.translated(m_viewport.placement().content.topLeft()).toAlignedRect().adjusted(-1, -1, 1, 1));
+    // What is seen of it first: an absurd window has edges beyond whole numbers.
+    const QRectF area = viewArea.translated(m_viewport.placement().content.topLeft()).adjusted(-1, -1, 1, 1);
+    update((area & QRectF(rect())).toAlignedRect());
 }
 
 void CanvasView::updateContent()
 {
-    update(m_viewport.placement().content.toAlignedRect());
+    update((m_viewport.placement().content & QRectF(rect())).toAlignedRect());
 }
 
 QRectF CanvasView::areaOf(const CanvasElement& element)
