@@ -1,11 +1,11 @@
 #include "app/arrow_tile.h"
 
+#include "app/kit/checker_thumbnail.h"
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
 
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
 
@@ -18,7 +18,6 @@ constexpr double tileWidth = 168;
 constexpr double tilePadding = 8;
 constexpr double pictureHeight = 84;
 constexpr double tileRadius = 10;
-constexpr double pictureRadius = 6;
 constexpr double pictureMargin = 13;
 
 /// The part of a picture that is not transparent.
@@ -103,16 +102,7 @@ void ArrowTile::paintEvent(QPaintEvent*)
     }
     const int edge = padding(look);
     const QRectF field(edge, edge, width() - 2 * edge, look.length(pictureHeight));
-    QPainterPath shape;
-    shape.addRoundedRect(field, look.length(pictureRadius), look.length(pictureRadius));
-    painter.save();
-    painter.setClipPath(shape);
-    const bool darkChecker = m_pale && !look.dark();
-    drawChecker(painter, field, look.length(measure::checkerSquare),
-                darkChecker ? QColor(0x5A, 0x61, 0x6F) : look.roles.checkerFirst,
-                darkChecker ? QColor(0x66, 0x6E, 0x7D) : look.roles.checkerSecond);
-    painter.restore();
-    drawBox(painter, field, look.length(pictureRadius), QColor(), look.roles.border);
+    drawCheckerFrame(painter, field, m_pale, this);
     if (!m_picture.isNull()) {
         const double margin = look.length(pictureMargin);
         const QRectF room = field.adjusted(margin, margin, -margin, -margin);
