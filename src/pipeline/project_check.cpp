@@ -9,7 +9,6 @@
 #include "pipeline/validation.h"
 #include "platform/file_tree.h"
 
-#include <algorithm>
 #include <set>
 #include <system_error>
 
@@ -19,14 +18,6 @@ namespace
 {
 
 namespace fs = std::filesystem;
-
-bool liesIn(const fs::path& folder, const fs::path& path)
-{
-    std::error_code ignored;
-    const fs::path outer = fs::canonical(folder, ignored);
-    const fs::path inner = fs::weakly_canonical(path, ignored);
-    return !outer.empty() && std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
-}
 
 /// What a build does as it was told and nobody is likely to have meant.
 void checkSurprises(const DMGProject& project, const std::optional<fs::path>& output, Problems& problems)

@@ -7,6 +7,7 @@
 #include "pipeline/layout_script.h"
 #include "pipeline/text.h"
 #include "pipeline/whole_number.h"
+#include "platform/file_tree.h"
 
 #include <algorithm>
 #include <limits>
@@ -83,26 +84,17 @@ void requireVolumeName(const std::string& name)
         throw BuildError("volumeName", "a volume name cannot hold “:”.");
 }
 
-bool contains(const fs::path& folder, const fs::path& path)
-{
-    return !folder.empty() &&
-           std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
-}
-
 void requireUsableSource(const DMGItem& item, const std::string& field, const fs::path& workplace)
 {
     requireText(item.sourcePath, field);
     std::error_code ignored;
-    if (fs::is_directory(fs::symlink_status(item.sourcePath, ignored)) &&
-        contains(fs::canonical(item.sourcePath, ignored), workplace))
+    if (fs::is_directory(fs::symlink_status(item.sourcePath, ignored)) && liesIn(item.sourcePath, workplace))
         throw BuildError(field, "the folder “" + item.sourcePath +
                                     "” cannot be copied, because the image is put together inside it.");
 }
 
 void checkItems(const DMGProject& project, const fs::path& temporaryFolder, Problems& problems)
 {
-    std::error_code ignored;
-    const fs::path workplace = fs::weakly_canonical(temporaryFolder, ignored);
     for (std::size_t i = 0; i < project.items.size(); ++i) {
         const DMGItem& item = project.items[i];
         if (item.hidden)
@@ -110,7 +102,8 @@ void checkItems(const DMGProject& project, const fs::path& temporaryFolder, Prob
         collect(problems, [&] { requireName(item.displayName, elementField("items", i, "displayName")); });
         collect(problems, [&] { requireText(item.symlinkTarget, elementField("items", i, "symlinkTarget")); });
         if (!item.isSymlink())
-            collect(problems, [&] { requireUsableSource(item, elementField("items", i, "sourcePath"), workplace); });
+            collect(problems,
+                    [&] { requireUsableSource(item, elementField("items", i, "sourcePath"), temporaryFolder); });
     }
 }
 

@@ -73,4 +73,12 @@ std::vector<std::string> listFolder(const std::filesystem::path& folder)
     return namesIn(opened.get(), folder.string());
 }
 
+bool liesIn(const std::filesystem::path& folder, const std::filesystem::path& path)
+{
+    std::error_code ignored;
+    const std::filesystem::path outer = std::filesystem::canonical(folder, ignored);
+    const std::filesystem::path inner = std::filesystem::weakly_canonical(path, ignored);
+    return !outer.empty() && std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
+}
+
 } // namespace velmora

@@ -43,6 +43,10 @@ FileStatus describe(const std::filesystem::path& path);
 /// The names in a folder (or in the one that a link points to), sorted by bytes. Throws FileError.
 std::vector<std::string> listFolder(const std::filesystem::path& folder);
 
+/// Whether `path`, which need not exist, is `folder` or lies in it, links followed. A folder that is not there holds
+/// nothing.
+bool liesIn(const std::filesystem::path& folder, const std::filesystem::path& path);
+
 /// What copyTree could not carry over although the content is complete.
 struct CopyReport {
     std::vector<std::string> warnings{}; ///< sentences for a person, naming the file

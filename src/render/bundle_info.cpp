@@ -32,16 +32,6 @@ bool staysBelow(const fs::path& relative)
     return relative.is_relative() && std::find(relative.begin(), relative.end(), "..") == relative.end();
 }
 
-/// Whether an existing file lies in an existing folder once all links are followed.
-bool liesIn(const fs::path& folder, const fs::path& file)
-{
-    std::error_code error;
-    const fs::path realFolder = fs::canonical(folder, error);
-    const fs::path realFile = error ? fs::path() : fs::canonical(file, error);
-    return !error && std::mismatch(realFolder.begin(), realFolder.end(), realFile.begin(), realFile.end()).first ==
-                         realFolder.end();
-}
-
 } // namespace
 
 diskimage::Plist readBundleInfo(const fs::path& bundle)
