@@ -52,38 +52,45 @@ function(velmora_library name)
     endif()
 endfunction()
 
+# What every program and library of the tests is compiled with.
+function(velmora_test_settings target)
+    set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    target_link_libraries(${target} PUBLIC velmora_options GTest::gmock GTest::gtest)
+    # The matchers' templates take the optimiser more time than the tests take to run.
+    target_compile_options(${target} PRIVATE -O0 -g0)
+    target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+    target_compile_definitions(${target} PRIVATE
+        VELMORA_TEST_BIN_DIR="${VELMORA_BIN_DIR}"
+        VELMORA_TEST_TOOLS_DIR="${VELMORA_TOOLS_DIR}"
+        VELMORA_TEST_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+endfunction()
+
 # velmora_test(NAME [USES lib…] [QT | GUI | WIDGETS])
-# A GoogleTest program NAME_tests of all *_test.cpp of the calling folder; GUI gives it an offscreen application, WIDGETS
+# A GoogleTest program NAME_tests of all sources of the calling folder; GUI gives it an offscreen application, WIDGETS
 # one with widgets; QT says that it links Qt all the same.
 function(velmora_test name)
     cmake_parse_arguments(ARG "QT;GUI;WIDGETS" "" "USES" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
-    if(NOT sources)
-        return()
-    endif()
     add_executable(${name}_tests ${sources})
-    set_target_properties(${name}_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-    target_link_libraries(${name}_tests PRIVATE velmora_options ${ARG_USES} GTest::gmock GTest::gtest)
-    # The matchers' templates take the optimiser more time than the tests take to run.
-    target_compile_options(${name}_tests PRIVATE -O0 -g0)
-    target_include_directories(${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests")
-    target_compile_definitions(${name}_tests PRIVATE
-        VELMORA_TEST_BIN_DIR="${VELMORA_BIN_DIR}"
-        VELMORA_TEST_TOOLS_DIR="${VELMORA_TOOLS_DIR}"
-        VELMORA_TEST_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+    velmora_test_settings(${name}_tests)
+    target_link_libraries(${name}_tests PRIVATE ${ARG_USES})
     if(ARG_GUI)
         target_sources(${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests/support/gui_main.cpp")
         target_link_libraries(${name}_tests PRIVATE Qt6::Gui)
     elseif(ARG_WIDGETS)
         target_sources(${name}_tests PRIVATE "${CMAKE_SOURCE_DIR}/tests/support/widgets_main.cpp")
-        target_link_libraries(${name}_tests PRIVATE Qt6::Test Qt6::Widgets)
+        # Without the folder's path, which Qt's test library would define: with it no headers can be shared.
+        target_link_libraries(${name}_tests PRIVATE Qt6::Widgets $<LINK_ONLY:Qt6::Test>)
+        target_include_directories(${name}_tests SYSTEM PRIVATE
+            $<TARGET_PROPERTY:Qt6::Test,INTERFACE_INCLUDE_DIRECTORIES>)
+        target_compile_definitions(${name}_tests PRIVATE QT_TESTLIB_LIB)
     else()
         target_link_libraries(${name}_tests PRIVATE GTest::gtest_main)
     endif()
+    # The first target of a kind reads these headers for the others.
     set(headers ${velmora_common_headers} <gmock/gmock.h> <gtest/gtest.h>)
     if(ARG_WIDGETS)
-        # Qt's test library defines the folder's path, so that these share nothing.
-        velmora_headers(${name}_tests ${name}_tests ${headers} ${velmora_gui_headers} ${velmora_widget_headers})
+        velmora_headers(${name}_tests canvas_tests ${headers} ${velmora_gui_headers} ${velmora_widget_headers})
     elseif(ARG_GUI)
         velmora_headers(${name}_tests render_tests ${headers} ${velmora_gui_headers})
     elseif(ARG_QT)

@@ -3,9 +3,9 @@
 #include "app/kit/look.h"
 #include "app/main_window.h"
 #include "app/theme/theme_manager.h"
-#include "editor/editor_world.h"
 #include "l10n/language_manager.h"
 #include "update/updater.h"
+#include "worlds/editor_world.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "canvas/canvas_view.h"
-#include "editor/editor_world.h"
+#include "worlds/editor_world.h"
 
 #include <QCoreApplication>
 #include <QImage>

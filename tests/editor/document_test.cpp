@@ -1,8 +1,8 @@
 #include "editor/document_file.h"
-#include "editor/editor_world.h"
 #include "editor/file_names.h"
 #include "model/document.h"
 #include "platform/file_tree.h"
+#include "worlds/editor_world.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "editor/editor_world.h"
+#include "worlds/editor_world.h"
 
 #include <gtest/gtest.h>
 

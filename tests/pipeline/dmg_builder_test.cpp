@@ -1,8 +1,8 @@
 #include "pipeline/dmg_builder.h"
 
-#include "pipeline/build_world.h"
 #include "platform/claimed_path.h"
 #include "platform/file_tree.h"
+#include "worlds/build_world.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "pipeline/build_world.h"
 #include "pipeline/project_check.h"
 #include "pipeline/tool_check.h"
+#include "worlds/build_world.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

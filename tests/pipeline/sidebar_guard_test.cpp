@@ -1,7 +1,7 @@
 #include "pipeline/sidebar_guard.h"
 
-#include "pipeline/build_world.h"
 #include "platform/file_tree.h"
+#include "worlds/build_world.h"
 
 #include <gtest/gtest.h>
 

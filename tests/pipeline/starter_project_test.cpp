@@ -1,7 +1,7 @@
 #include "pipeline/build_error.h"
-#include "pipeline/build_world.h"
 #include "pipeline/starter_project.h"
 #include "pipeline/volume_name.h"
+#include "worlds/build_world.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

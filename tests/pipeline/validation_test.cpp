@@ -1,4 +1,4 @@
-#include "pipeline/build_world.h"
+#include "worlds/build_world.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "pipeline/build_world.h"
 #include "pipeline/icon_maker.h"
+#include "worlds/build_world.h"
 
 #include <QImage>
 #include <gmock/gmock.h>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "editor/app_state.h"
-#include "pipeline/build_world.h"
 #include "platform/ports/alerts.h"
 #include "platform/ports/desktop.h"
 #include "platform/ports/file_panels.h"
 #include "platform/ports/font_panel.h"
 #include "platform/settings.h"
+#include "worlds/build_world.h"
 
 #include <deque>
 #include <map>

@@ -1,4 +1,4 @@
-#include "pipeline/fake_tools.h"
+#include "worlds/fake_tools.h"
 
 #include "platform/file_tree.h"
 

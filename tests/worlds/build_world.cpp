@@ -1,4 +1,4 @@
-#include "pipeline/build_world.h"
+#include "worlds/build_world.h"
 
 #include "model/uuid.h"
 #include "platform/file_tree.h"

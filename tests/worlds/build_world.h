@@ -2,10 +2,10 @@
 
 #include "model/project.h"
 #include "pipeline/dmg_builder.h"
-#include "pipeline/fake_tools.h"
 #include "platform/stop_token.h"
 #include "render/built_in_arrows.h"
 #include "render/overlay_images.h"
+#include "worlds/fake_tools.h"
 
 #include <filesystem>
 #include <functional>
