@@ -67,7 +67,6 @@ QString alignmentOf(const std::vector<ShownGuide>& guides, const DMGProject& pro
 void CanvasView::mousePressEvent(QMouseEvent* event)
 {
     event->accept();
-    m_keyboardFocus = false;
     const QPointF point = event->position();
     if (isActing())
         return; // a second button does not interfere

@@ -126,24 +126,18 @@ bool CanvasView::focusNextPrevChild(bool next)
 {
     if (!hasFocus()) // one of the controls on the canvas
         return QWidget::focusNextPrevChild(next);
-    m_keyboardFocus = true;
     return isActing() || walk(next) || QWidget::focusNextPrevChild(next);
 }
 
-void CanvasView::focusInEvent(QFocusEvent* event)
+void CanvasView::focusInEvent(QFocusEvent* /*event*/)
 {
-    m_keyboardFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
-                      event->reason() == Qt::ShortcutFocusReason;
-    update();
     announceSelection(*this, selectedElement(m_state));
 }
 
 void CanvasView::focusOutEvent(QFocusEvent* /*event*/)
 {
     finish(Ending::done);
-    m_keyboardFocus = false;
     m_spaceHeld = false;
-    update();
 }
 
 } // namespace velmora

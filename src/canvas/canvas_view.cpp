@@ -139,12 +139,6 @@ void CanvasView::paintEvent(QPaintEvent* event)
     m_viewport.setRegion(size(), devicePixelRatioF());
     QPainter painter(this);
     m_scene.paint(painter, event->rect(), sceneView());
-    if (m_keyboardFocus && !m_shownSelection) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(canvasColors(m_themes).roles.focus, 2));
-        painter.drawRect(QRectF(rect()).adjusted(2, 2, -2, -2));
-    }
     if (m_scene.icons().icons().hasUnread())
         m_reading.start(0);
 }
@@ -371,8 +365,6 @@ void CanvasView::selectionDidChange()
         if (element)
             updateElement(*element);
     }
-    if (m_keyboardFocus && (!now || !m_shownSelection))
-        update();
     m_shownSelection = now;
     announceSelection(*this, now);
 }

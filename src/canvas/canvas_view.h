@@ -169,7 +169,6 @@ private:
     bool m_dropTarget = false;
     bool m_linkHovered = false;
     bool m_spaceHeld = false;
-    bool m_keyboardFocus = false;
     DropSurface* m_drop = nullptr;
     ZoomControl* m_zoomControl = nullptr;
     QScrollBar* m_across = nullptr;

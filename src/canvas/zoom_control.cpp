@@ -39,6 +39,7 @@ ZoomControl::ZoomControl(ThemeManager& themes, QWidget* parent) : QAbstractButto
 {
     setObjectName(QStringLiteral("canvas.zoom"));
     setFocusPolicy(Qt::TabFocus);
+    setProperty("showsOwnFocus", true); // round the capsule, which is smaller than the widget
     setCursor(Qt::ArrowCursor);
     setAttribute(Qt::WA_Hover);
     setToolTip(QString::fromUtf8(Labels::canvasZoom));

@@ -54,6 +54,8 @@ FocusShape focusShapeOf(const QWidget* widget)
 {
     const Look& look = lookOf(widget);
     const QRectF rect = widget->rect();
+    if (widget->property("showsOwnFocus").toBool())
+        return {rect, 0, false, false, false};
     if (const auto* own = dynamic_cast<const HasFocusShape*>(widget))
         return own->focusShape();
     if (const auto* button = qobject_cast<const QPushButton*>(widget))
@@ -183,6 +185,8 @@ bool FocusFollower::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::FocusIn && watched->isWidgetType())
         focusArrived(static_cast<QWidget*>(watched), static_cast<QFocusEvent*>(event)->reason());
+    else if (event->type() == QEvent::MouseButtonPress && m_ring && m_ring->target() && watched == m_ring->target())
+        focusArrived(m_ring->target(), Qt::MouseFocusReason);
     else if (event->type() == QEvent::FocusOut && m_ring && watched == m_ring->target())
         m_ring->setTarget(nullptr);
     return false;

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] virtual FocusShape focusShape() const = 0;
 };
 
+/// The ring of a widget. One that draws its own, and lies in a folder below this one, says so by the dynamic property
+/// "showsOwnFocus".
 FocusShape focusShapeOf(const QWidget* widget);
 
 /// Draws the ring round one widget, above its siblings and without clipping at its parent: a child of the window, or of
