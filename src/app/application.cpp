@@ -4,6 +4,7 @@
 #include "app/startup_time.h"
 #include "app/text.h"
 #include "app/theme/theme_manager.h"
+#include "app/typing.h"
 #include "l10n/language_manager.h"
 #include "pipeline/build_environment.h"
 #include "platform/folders.h"
@@ -98,10 +99,12 @@ bool Application::eventFilter(QObject* watched, QEvent* event)
 
 void Application::openWhenFree(const std::filesystem::path& document)
 {
-    if (QApplication::activeModalWidget())
+    if (QApplication::activeModalWidget()) {
         QTimer::singleShot(retryPause, this, [this, document] { openWhenFree(document); });
-    else
-        m_state.openHandedOver(document);
+        return;
+    }
+    commitTyping();
+    m_state.openHandedOver(document);
 }
 
 void Application::quitWhenStopped()

@@ -69,6 +69,7 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     m_text->setFont(look.font(Type::document));
     m_text->setPlaceholderText(qtText(Labels::licensePlaceholder));
     m_text->setTabChangesFocus(true);
+    m_text->setUndoRedoEnabled(false); // the project's history has every step
     m_text->document()->setDocumentMargin(look.length(textPadding));
     m_text->installEventFilter(this);
     auto* import = makeLargeButton(qtText(Labels::importText), "license.import");

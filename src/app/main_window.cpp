@@ -14,6 +14,7 @@
 #include "app/text.h"
 #include "app/theme/theme_manager.h"
 #include "app/toolbar.h"
+#include "app/typing.h"
 #include "app/window_size.h"
 #include "canvas/canvas_elements.h"
 #include "canvas/canvas_view.h"
@@ -71,6 +72,7 @@ MainWindow::MainWindow(const AppContext& context)
     m_buildSheet->hide();
     addMenus();
     addShortcuts();
+    new HistoryKeys(this);
     connectState();
     updateTitle();
     showMode();
@@ -202,6 +204,7 @@ void MainWindow::closeSheet()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    commitTyping();
     if (!m_context.state.confirmQuit()) {
         event->ignore();
         return;
@@ -223,7 +226,10 @@ void MainWindow::dropEvent(QDropEvent* event)
         return;
     event->acceptProposedAction();
     // The program that the file comes from waits until this returns; a question may follow.
-    QTimer::singleShot(0, this, [this, file = *document] { m_context.state.openHandedOver(file); });
+    QTimer::singleShot(0, this, [this, file = *document] {
+        commitTyping();
+        m_context.state.openHandedOver(file);
+    });
 }
 
 } // namespace velmora

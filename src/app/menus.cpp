@@ -3,6 +3,7 @@
 #include "app/mnemonics.h"
 #include "app/settings/settings_pages.h"
 #include "app/text.h"
+#include "app/typing.h"
 #include "app/window_size.h"
 #include "editor/app_state.h"
 #include "l10n/labels.h"
@@ -99,7 +100,10 @@ QAction* Menus::add(QMenu* menu, const char* name, Text text, const QList<QKeySe
     action->setObjectName(QLatin1String("menu.") + QLatin1String(name));
     action->setShortcuts(shortcuts);
     action->setMenuRole(role);
-    connect(action, &QAction::triggered, this, [act = std::move(act)] { act(); });
+    connect(action, &QAction::triggered, this, [act = std::move(act)] {
+        commitTyping();
+        act();
+    });
     m_commands.push_back({action, std::move(text), std::move(enabled)});
     return action;
 }

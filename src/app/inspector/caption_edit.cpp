@@ -4,7 +4,7 @@
 #include "app/plain_widgets.h"
 
 #include <QFocusEvent>
-#include <QKeyEvent>
+#include <QResizeEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -50,18 +50,6 @@ void CaptionEdit::fitHeight()
     const double lines = std::clamp(document()->size().height(), fewestLines, mostLines);
     const double text = lines * fontMetrics().lineSpacing() + 2 * document()->documentMargin();
     setFixedHeight(static_cast<int>(std::ceil(text)) + 2 * frameWidth());
-}
-
-bool CaptionEdit::event(QEvent* event)
-{
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
-            event->ignore(); // the window's commands get them
-            return false;
-        }
-    }
-    return QPlainTextEdit::event(event);
 }
 
 void CaptionEdit::resizeEvent(QResizeEvent* event)

@@ -23,7 +23,6 @@ signals:
 
 protected:
     void focusOutEvent(QFocusEvent* event) override;
-    bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:

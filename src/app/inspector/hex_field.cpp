@@ -81,6 +81,13 @@ void HexField::commit()
         emit colorEdited(m_color);
 }
 
+void HexField::finishTyping()
+{
+    commit();
+    if (m_typed)
+        showColor();
+}
+
 void HexField::keyPressEvent(QKeyEvent* event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -98,11 +105,8 @@ void HexField::keyPressEvent(QKeyEvent* event)
 void HexField::focusOutEvent(QFocusEvent* event)
 {
     // The context menu borrows the focus: nothing is finished.
-    if (event->reason() != Qt::PopupFocusReason) {
-        commit();
-        if (m_typed)
-            showColor();
-    }
+    if (event->reason() != Qt::PopupFocusReason)
+        finishTyping();
     QLineEdit::focusOutEvent(event);
 }
 

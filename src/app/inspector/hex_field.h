@@ -22,6 +22,9 @@ public:
     /// Takes on a colour without a signal. Text that a person is just typing stays as it is.
     void setColor(const QColor& color);
 
+    /// Takes over what was typed, as when the focus leaves: what is no colour is given up.
+    void finishTyping();
+
     [[nodiscard]] QSize sizeHint() const override;
 
     static QString format(const QColor& color);

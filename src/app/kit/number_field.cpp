@@ -132,6 +132,13 @@ void NumberField::commit()
     showValue();
 }
 
+void NumberField::finishTyping()
+{
+    commit();
+    if (m_typed)
+        showValue();
+}
+
 void NumberField::take(double value)
 {
     if (value == m_value)
@@ -152,9 +159,7 @@ void NumberField::adjust(double value)
 
 void NumberField::stepBy(int steps)
 {
-    commit();
-    if (m_wrong)
-        showValue();
+    finishTyping();
     double next = withoutDust(m_value + steps * m_step);
     if (wrapping() && m_maximum > m_minimum) {
         const double range = m_maximum - m_minimum;
@@ -227,11 +232,8 @@ void NumberField::keyPressEvent(QKeyEvent* event)
 void NumberField::focusOutEvent(QFocusEvent* event)
 {
     // The context menu borrows the focus: nothing is finished.
-    if (event->reason() != Qt::PopupFocusReason) {
-        commit();
-        if (m_wrong)
-            showValue();
-    }
+    if (event->reason() != Qt::PopupFocusReason)
+        finishTyping();
     QAbstractSpinBox::focusOutEvent(event);
 }
 

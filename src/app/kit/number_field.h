@@ -44,6 +44,9 @@ public:
     /// Takes on a value as if a person had typed and committed it, with the signal; assistive technology writes so.
     void adjust(double value);
 
+    /// Takes over what was typed, as when the focus leaves: what is no number is given up.
+    void finishTyping();
+
     /// Whether the present text is no number.
     [[nodiscard]] bool isWrong() const { return m_wrong; }
 
