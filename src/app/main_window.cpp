@@ -139,7 +139,11 @@ void MainWindow::connectState()
     });
     connect(m_canvas, &CanvasView::boxDragged, m_inspector, &Inspector::showDraggedBox);
     connect(m_sheets, &SheetHost::escapePressed, this, &MainWindow::closeSheet);
-    connect(m_sheets, &SheetHost::openChanged, this, [this] { m_menus->update(); });
+    connect(m_sheets, &SheetHost::openChanged, this, [this](bool open) {
+        m_menus->update();
+        if (!open && m_buildSheetWaits)
+            openBuildSheet();
+    });
 }
 
 void MainWindow::showAtStart()
@@ -190,8 +194,9 @@ void MainWindow::showPicker()
 
 void MainWindow::openBuildSheet()
 {
-    m_context.state.setShowArrowPicker(false);
-    m_sheets->open(m_buildSheet, m_buildSheet->firstControl());
+    m_buildSheetWaits = m_context.state.showArrowPicker(); // nothing is taken from under somebody's hands
+    if (!m_buildSheetWaits)
+        m_sheets->open(m_buildSheet, m_buildSheet->firstControl());
 }
 
 void MainWindow::closeSheet()

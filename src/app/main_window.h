@@ -67,6 +67,7 @@ private:
     BuildSheet* m_buildSheet;
     ArrowPicker* m_picker = nullptr; ///< made when it is first shown: its pictures take time
     SettingsWindow* m_settings = nullptr;
+    bool m_buildSheetWaits = false; ///< for the arrow picker to be closed
     std::unique_ptr<Menus> m_menus;
 };
 

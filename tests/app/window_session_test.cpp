@@ -113,6 +113,28 @@ TEST_F(Session, showsABuildFromItsStartToItsOutcome)
     EXPECT_TRUE(isEnabled("menu.buildDmg"));
 }
 
+TEST_F(Session, tellsHowAHiddenBuildEnded)
+{
+    state.edit({}, [this](DMGProject& project) { project = build.typicalProject(); });
+    for (const bool choosing : {false, true}) {
+        SCOPED_TRACE(choosing ? "while an arrow is chosen" : "while nothing covers the window");
+        panels.toSave = {build.output};
+        click("toolbar.build");
+        press(Qt::Key_Escape);
+        ASSERT_FALSE(sheetIsOpen());
+        if (choosing)
+            click("toolbar.addImage");
+        waitForBuild();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(state.showArrowPicker(), choosing) << "the picker stays";
+        if (choosing)
+            press(Qt::Key_Escape);
+        EXPECT_TRUE(sheetIsOpen());
+        EXPECT_TRUE(the("build.reveal").hasFocus());
+        click("build.close");
+    }
+}
+
 TEST_F(Session, leadsFromAFailureToItsCause)
 {
     DMGProject project = build.typicalProject();

@@ -359,8 +359,7 @@ void BuildSheet::end()
     else
         showSuccess();
     showPicture();
-    if (isVisible())
-        firstControl()->setFocus(Qt::OtherFocusReason);
+    emit openWanted(); // also when it was hidden: whoever did that wants to know now
 }
 
 void BuildSheet::showSuccess()

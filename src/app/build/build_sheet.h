@@ -35,7 +35,7 @@ public:
     [[nodiscard]] QWidget* firstControl() const;
 
 signals:
-    /// A build has started: the sheet wants to be seen.
+    /// A build has started or ended: the sheet wants to be seen, with the focus on its first control.
     void openWanted();
     /// The sheet has done its service, or is to be out of the way.
     void closeWanted();
