@@ -10,39 +10,83 @@ namespace
 
 bool takesTab(const QWidget& widget)
 {
-    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isVisible() && widget.isEnabled();
+    return (widget.focusPolicy() & Qt::TabFocus) != 0 && !widget.focusProxy() && widget.isVisible() &&
+           widget.isEnabled();
+}
+
+/// What the Tab key reaches in an area now, in its order: the focus chain runs through the whole window, but the
+/// area's own part of it is in the right order.
+QList<QWidget*> tabStops(QWidget& area)
+{
+    QList<QWidget*> stops;
+    QWidget* widget = &area;
+    do {
+        if ((widget == &area || area.isAncestorOf(widget)) && takesTab(*widget))
+            stops << widget;
+        widget = widget->nextInFocusChain();
+    } while (widget != &area);
+    return stops;
+}
+
+/// The number of the area that has the focus, or -1.
+qsizetype currentArea(const QList<QWidget*>& areas)
+{
+    const QWidget* focus = QApplication::focusWidget();
+    for (qsizetype i = 0; i < areas.size(); ++i) {
+        if (focus && (areas[i] == focus || areas[i]->isAncestorOf(focus)))
+            return i;
+    }
+    return -1;
+}
+
+/// The area `steps` from another, round and round.
+QWidget& areaFrom(const QList<QWidget*>& areas, qsizetype area, qsizetype steps)
+{
+    const qsizetype count = areas.size();
+    return *areas[((area + steps) % count + count) % count];
 }
 
 } // namespace
 
 QWidget* firstFocusable(QWidget& area)
 {
-    if (takesTab(area))
-        return &area;
-    // The focus chain runs through the whole window; the area's own part of it is in the right order.
-    for (QWidget* widget = area.nextInFocusChain(); widget != &area; widget = widget->nextInFocusChain()) {
-        if (area.isAncestorOf(widget) && takesTab(*widget))
-            return widget;
-    }
-    return nullptr;
+    const QList<QWidget*> stops = tabStops(area);
+    return stops.isEmpty() ? nullptr : stops.front();
 }
 
 void cycleFocusArea(const QList<QWidget*>& areas, int direction)
 {
-    const QWidget* focus = QApplication::focusWidget();
-    const qsizetype count = areas.size();
-    qsizetype current = direction > 0 ? -1 : count;
-    for (qsizetype i = 0; i < count; ++i) {
-        if (focus && (areas[i] == focus || areas[i]->isAncestorOf(focus)))
-            current = i;
-    }
-    for (qsizetype step = 1; step <= count; ++step) {
-        QWidget* area = areas[((current + direction * step) % count + count) % count];
-        if (QWidget* target = firstFocusable(*area)) {
+    const qsizetype at = currentArea(areas);
+    const qsizetype from = at < 0 && direction < 0 ? areas.size() : at;
+    for (qsizetype step = 1; step <= areas.size(); ++step) {
+        if (QWidget* target = firstFocusable(areaFrom(areas, from, direction * step))) {
             target->setFocus(Qt::TabFocusReason);
             return;
         }
     }
+}
+
+bool stepFocus(const QList<QWidget*>& areas, bool forward)
+{
+    const qsizetype from = currentArea(areas);
+    if (from < 0)
+        return false;
+    const Qt::FocusReason reason = forward ? Qt::TabFocusReason : Qt::BacktabFocusReason;
+    const qsizetype direction = forward ? 1 : -1;
+    const QList<QWidget*> here = tabStops(*areas[from]);
+    const qsizetype next = here.indexOf(QApplication::focusWidget()) + direction;
+    if (here.contains(QApplication::focusWidget()) && next >= 0 && next < here.size()) {
+        here[next]->setFocus(reason);
+        return true;
+    }
+    for (qsizetype step = 1; step <= areas.size(); ++step) {
+        const QList<QWidget*> there = tabStops(areaFrom(areas, from, direction * step));
+        if (!there.isEmpty()) {
+            (forward ? there.front() : there.back())->setFocus(reason);
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace velmora

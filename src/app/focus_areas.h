@@ -14,4 +14,8 @@ QWidget* firstFocusable(QWidget& area);
 /// can have the focus are passed over. From outside all of them it goes to the first or last.
 void cycleFocusArea(const QList<QWidget*>& areas, int direction);
 
+/// Moves the focus to the next or previous control as the Tab key does: through the areas in their order, whenever
+/// their controls were made. False when the focus is in none of them.
+bool stepFocus(const QList<QWidget*>& areas, bool forward);
+
 } // namespace velmora

@@ -116,11 +116,21 @@ void MainWindow::addShortcuts()
     const auto cycle = [this](int direction) {
         if (m_sheets->isOpen())
             return;
-        cycleFocusArea({m_toolbar, m_work, m_inspector->panelArea(), m_inspector->tabColumn()}, direction);
+        cycleFocusArea(focusAreas(), direction);
     };
     connect(new QShortcut(QKeySequence(Qt::Key_F6), this), &QShortcut::activated, this, [cycle] { cycle(1); });
     connect(new QShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F6), this), &QShortcut::activated, this,
             [cycle] { cycle(-1); });
+}
+
+QList<QWidget*> MainWindow::focusAreas() const
+{
+    return {m_toolbar, m_work, m_inspector->panelArea(), m_inspector->tabColumn()};
+}
+
+bool MainWindow::focusNextPrevChild(bool next)
+{
+    return stepFocus(focusAreas(), next) || QMainWindow::focusNextPrevChild(next);
 }
 
 void MainWindow::connectState()

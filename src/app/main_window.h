@@ -41,6 +41,7 @@ signals:
     void closed();
 
 protected:
+    bool focusNextPrevChild(bool next) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -49,6 +50,7 @@ private:
     void layOut();
     void addMenus();
     void addShortcuts();
+    [[nodiscard]] QList<QWidget*> focusAreas() const;
     void connectState();
     void updateTitle();
     void showMode();

@@ -135,6 +135,36 @@ TEST_F(Session, tellsHowAHiddenBuildEnded)
     }
 }
 
+TEST_F(Session, tabsFromTheCanvasThroughThePanelToItsTabs)
+{
+    state.edit({}, [this](DMGProject& project) { project = build.typicalProject(); });
+    state.selectOverlay(state.project().overlayImages.front().id); // its part of the panel is made only now
+    the("canvas").setFocus(Qt::TabFocusReason);
+    const QWidget& panel = the("inspector.panel");
+    const QWidget& tabs = the("inspector.tabs");
+    const auto isIn = [](const QWidget& area) { return area.isAncestorOf(QApplication::focusWidget()); };
+    const auto walk = [&](Qt::Key key, const QWidget& from, const QWidget& to) {
+        for (int i = 0; i < 40 && !isIn(to); ++i) {
+            EXPECT_TRUE(isIn(from)) << QApplication::focusWidget()->objectName().toStdString();
+            press(key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+        }
+        EXPECT_TRUE(isIn(to));
+    };
+    while (!isIn(panel) && !HasFailure()) {
+        press(Qt::Key_Tab);
+        EXPECT_FALSE(isIn(tabs) || isIn(the("toolbar")));
+    }
+    const QWidget* first = QApplication::focusWidget();
+    walk(Qt::Key_Tab, panel, tabs);
+    walk(Qt::Key_Tab, tabs, the("toolbar"));
+    walk(Qt::Key_Backtab, the("toolbar"), tabs);
+    walk(Qt::Key_Backtab, tabs, panel);
+    for (int i = 0; i < 40 && QApplication::focusWidget() != first; ++i)
+        press(Qt::Key_Backtab, Qt::ShiftModifier);
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_TRUE(isIn(the("workArea")));
+}
+
 TEST_F(Session, leadsFromAFailureToItsCause)
 {
     DMGProject project = build.typicalProject();
