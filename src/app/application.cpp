@@ -44,6 +44,8 @@ Application::Application(const StopSource& stop)
       m_updater(officialUpdateSource(), *m_settings, m_alerts, m_desktop),
       m_stop(stop)
 {
+    if (const QColor accent = m_desktopLook.accent; accent.isValid())
+        ThemeManager::shared().setSystemAccent([accent] { return accent; });
     applyTheme();
     m_window = std::make_unique<MainWindow>(AppContext{.state = m_state,
                                                        .themes = ThemeManager::shared(),

@@ -80,6 +80,13 @@ void readToolkitSettings(DesktopLook& desktop)
     const QSettings plasma(folder + QLatin1String("/kdeglobals"), QSettings::IniFormat);
     if (plasma.value("KDE/AnimationDurationFactor", 1).toDouble() == 0)
         desktop.reducedMotion = true;
+    const QStringList accent = plasma.value("AccentColor").toStringList(); // QSettings drops "General"
+    if (accent.size() >= 3) {
+        const QColor color(accent[0].toInt(), accent[1].toInt(), accent[2].toInt());
+        constexpr double grey = 0.1;
+        if (color.isValid() && color.hsvSaturationF() > grey)
+            desktop.accent = color;
+    }
 }
 
 void setInk(QPalette& palette, QPalette::ColorGroup group, const QColor& ink)

@@ -39,6 +39,7 @@ struct DesktopLook {
     double fontPixelSize = 13;   ///< of the interface font
     bool reducedMotion = false;  ///< no animation
     bool raisedContrast = false; ///< stronger outlines
+    QColor accent{};             ///< what the desktop marks things with; invalid when it offers none, or a grey
 };
 
 /// The running desktop. Needs an application.

@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace velmora
@@ -114,6 +116,29 @@ TEST_F(FocusRingTest, followsWhatItSurrounds)
     other->setFocus(Qt::TabFocusReason);
     QApplication::processEvents();
     EXPECT_TRUE(ring().contains(other->geometry()));
+}
+
+TEST(DesktopLook, takesTheAccentThatThePlasmaDesktopWasGiven)
+{
+    const QTemporaryDir folder;
+    const QByteArray before = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
+    const struct {
+        const char* line;
+        QColor accent;
+    } rows[] = {{"AccentColor=146,70,204", QColor(146, 70, 204)},
+                {"AccentColor=120,122,121", {}},
+                {"AccentColor=purple", {}},
+                {"", {}}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.line);
+        QFile file(folder.filePath("kdeglobals"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray("[General]\n") + row.line + "\n");
+        file.close();
+        EXPECT_EQ(readDesktop().accent, row.accent);
+    }
+    qputenv("XDG_CONFIG_HOME", before);
 }
 
 } // namespace
