@@ -1,10 +1,12 @@
 #include "app/toolbar.h"
 
 #include "app/chrome.h"
+#include "app/kit/accessibility.h"
 #include "app/kit/look.h"
 #include "app/kit/roving_focus.h"
 #include "app/text.h"
 #include "editor/app_state.h"
+#include "l10n/labels.h"
 #include "l10n/language_manager.h"
 
 #include <QPainter>
@@ -49,6 +51,7 @@ Toolbar::Toolbar(const AppContext& context, QWidget* parent)
 {
     setObjectName(QStringLiteral("toolbar"));
     setAccessibleName(QStringLiteral("Toolbar"));
+    setAccessibleRole(this, QAccessible::ToolBar);
     setFixedWidth(lookOf(this).length(width));
     layOut();
     connectTools();
@@ -89,8 +92,15 @@ void Toolbar::layOut()
     for (ToolButton* button : {m_addFiles, m_addImage, m_addText})
         column->addWidget(button);
     addRule();
+    auto* modes = new QWidget;
+    modes->setAccessibleName(qtText(Labels::modes));
+    setAccessibleRole(modes, QAccessible::Grouping);
+    auto* ofModes = new QVBoxLayout(modes);
+    ofModes->setContentsMargins({});
+    ofModes->setSpacing(column->spacing());
     for (ToolButton* button : {m_background, m_contents, m_licenses})
-        column->addWidget(button);
+        ofModes->addWidget(button);
+    column->addWidget(modes);
     addRule();
     column->addWidget(m_remove);
     column->addStretch(1);

@@ -4,7 +4,7 @@
 namespace velmora::Labels
 {
 
-inline constexpr const char* addApplicationsLink = "Applications Link";
+inline constexpr const char* addApplicationsLink = "Add Applications Link";
 inline constexpr const char* addArrow = "Add Arrow";
 inline constexpr const char* addFilesRemedy = "Add Files";
 inline constexpr const char* addItem = "Add Item";
@@ -78,6 +78,7 @@ inline constexpr const char* icon = "Icon";
 inline constexpr const char* iconLabels = "Icon Labels";
 inline constexpr const char* iconUnreadable = "The icon could not be opened.";
 inline constexpr const char* identity = "Identity";
+inline constexpr const char* identityPlaceholder = "Developer ID Application: Name (TEAMID)";
 inline constexpr const char* imageSize = "Image size";
 inline constexpr const char* importText = "Import Text…";
 inline constexpr const char* includeInImage = "Include in the image";
@@ -113,6 +114,7 @@ inline constexpr const char* licenseLines = "%1 lines";
 inline constexpr const char* licensePlaceholder = "Paste or type the license agreement.";
 inline constexpr const char* locate = "Locate…";
 inline constexpr const char* manual = "Manual";
+inline constexpr const char* modes = "What is edited";
 inline constexpr const char* modified = "Modified";
 inline constexpr const char* name = "Name";
 inline constexpr const char* noItems = "Nothing in the image yet";

@@ -25,6 +25,8 @@ namespace velmora
 namespace
 {
 
+constexpr const char* roleKey = "accessibleRole";
+
 /// A button of any role: what it is called, whether it is on, and how to press it.
 class ButtonAccessible : public QAccessibleWidget
 {
@@ -256,10 +258,16 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object)
         return new QAccessibleWidget(widget, QAccessible::Grouping);
     if (qobject_cast<NoteBanner*>(widget))
         return new QAccessibleWidget(widget, QAccessible::AlertMessage);
-    return nullptr;
+    const QVariant role = widget->property(roleKey);
+    return role.isValid() ? new QAccessibleWidget(widget, static_cast<QAccessible::Role>(role.toInt())) : nullptr;
 }
 
 } // namespace
+
+void setAccessibleRole(QWidget* widget, QAccessible::Role role)
+{
+    widget->setProperty(roleKey, static_cast<int>(role));
+}
 
 void installAccessibility()
 {
