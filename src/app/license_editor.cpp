@@ -1,6 +1,7 @@
 #include "app/license_editor.h"
 
 #include "app/kit/paint.h"
+#include "app/kit/spaced_layout.h"
 #include "app/kit/switch.h"
 #include "app/plain_widgets.h"
 #include "app/text.h"
@@ -12,12 +13,15 @@
 #include "platform/ports/file_panels.h"
 
 #include <QEvent>
+#include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <exception>
 
 namespace velmora
@@ -25,7 +29,8 @@ namespace velmora
 namespace
 {
 
-constexpr double textPadding = 20;
+constexpr double textPadding = 18;
+constexpr double textSidePadding = 22;
 /// How much of the ink is left while the text is not put into the image.
 constexpr double leftOutInk = 0.6;
 
@@ -49,13 +54,34 @@ std::string readText(const std::filesystem::path& file)
     return bytes;
 }
 
+/// The field of the agreement: fixed type with room round it and between its lines.
+class AgreementEdit : public QPlainTextEdit
+{
+public:
+    AgreementEdit()
+    {
+        const Look& look = lookOf(this);
+        const QFont font = look.font(Type::document);
+        auto* text = new QTextDocument(this);
+        text->setDocumentLayout(
+            new SpacedLayout(text, std::max(0.0, look.lineHeight(Type::document) - QFontMetricsF(font).lineSpacing())));
+        text->setDefaultFont(font);
+        text->setDocumentMargin(look.length(textPadding));
+        text->setUndoRedoEnabled(false); // the project's history has every step
+        setDocument(text);
+        setFont(font);
+        const int beside = look.length(textSidePadding - textPadding);
+        setViewportMargins(beside, 0, beside, 0);
+    }
+};
+
 } // namespace
 
 LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     : QWidget(parent),
       m_context(context),
       m_include(new Switch),
-      m_text(new QPlainTextEdit),
+      m_text(new AgreementEdit),
       m_hint(makeHint(qtText(Labels::licenseLeftOut))),
       m_count(makeHint(QString(), Type::control))
 {
@@ -66,14 +92,11 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     m_include->setAccessibleName(qtText(Labels::includeInImage));
     m_text->setObjectName(QStringLiteral("license.text"));
     m_text->setAccessibleName(qtText(Labels::licenseAgreement));
-    m_text->setFont(look.font(Type::document));
     m_text->setPlaceholderText(qtText(Labels::licensePlaceholder));
     m_text->setTabChangesFocus(true);
-    m_text->setUndoRedoEnabled(false); // the project's history has every step
-    m_text->document()->setDocumentMargin(look.length(textPadding));
     m_text->installEventFilter(this);
     auto* import = makeLargeButton(qtText(Labels::importText), "license.import");
-    auto* clear = makeLargeButton(qtText(Labels::clear), "license.clear");
+    m_clear = makeLargeButton(qtText(Labels::clear), "license.clear");
 
     auto* titles = new QVBoxLayout;
     titles->setSpacing(look.length(2));
@@ -91,7 +114,7 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     auto* tools = new QHBoxLayout;
     tools->setSpacing(look.length(8));
     tools->addWidget(import);
-    tools->addWidget(clear);
+    tools->addWidget(m_clear);
     tools->addSpacing(look.length(8));
     tools->addWidget(m_hint);
     tools->addStretch(1);
@@ -111,7 +134,7 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
             [&state](bool on) { state.edit({}, [on](DMGProject& project) { project.licenseEnabled = on; }); });
     connect(m_text, &QPlainTextEdit::textChanged, this, &LicenseEditor::storeText);
     connect(import, &QPushButton::clicked, this, &LicenseEditor::importText);
-    connect(clear, &QPushButton::clicked, this,
+    connect(m_clear, &QPushButton::clicked, this,
             [&state] { state.edit({}, [](DMGProject& project) { project.licenseText.clear(); }); });
     connect(&state, &AppState::projectChanged, this, [this] {
         if (isVisible())
@@ -130,6 +153,7 @@ void LicenseEditor::refresh()
     if (text != exactText(*m_text))
         m_text->setPlainText(text);
     m_refreshing = false;
+    m_clear->setEnabled(!project.licenseText.empty());
     m_hint->setVisible(!project.licenseEnabled && !project.licenseText.empty());
     showCount(text);
     showInk();

@@ -6,6 +6,7 @@
 
 class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace velmora
 {
@@ -34,6 +35,7 @@ private:
     AppContext m_context;
     Switch* m_include;
     QPlainTextEdit* m_text;
+    QPushButton* m_clear = nullptr;
     QLabel* m_hint;
     QLabel* m_count;
     bool m_refreshing = false;

@@ -2,11 +2,11 @@
 
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
+#include "app/kit/spaced_layout.h"
 
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QPlainTextDocumentLayout>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStyleOptionButton>
@@ -47,24 +47,6 @@ QTextCharFormat formatOf(LogLine kind, const Look& look)
     format.setForeground(inkOf(kind, look));
     return format;
 }
-
-/// Plain text with room between the lines, which Qt's layout does not offer by itself.
-class SpacedLayout : public QPlainTextDocumentLayout
-{
-public:
-    SpacedLayout(QTextDocument* document, double extra) : QPlainTextDocumentLayout(document), m_extra(extra) {}
-
-    [[nodiscard]] QRectF blockBoundingRect(const QTextBlock& block) const override
-    {
-        QRectF rect = QPlainTextDocumentLayout::blockBoundingRect(block);
-        if (block.isValid() && block.isVisible())
-            rect.setHeight(rect.height() + m_extra);
-        return rect;
-    }
-
-private:
-    double m_extra;
-};
 
 /// A round button that floats over the log.
 class Capsule : public QPushButton
