@@ -84,6 +84,7 @@ QSize ArrowPicker::sizeHint() const
 
 QWidget* ArrowPicker::prepare()
 {
+    m_context.arrows.warmCache();
     m_tiles->button(0)->setChecked(true);
     leadTabToChosen(*m_tiles);
     return m_tiles->button(0);

@@ -79,7 +79,8 @@ void Updater::check(bool userInitiated)
           [this, userInitiated](const std::optional<QByteArray>& body) {
               // Out of the network's call first: an alert runs the event loop for as long as it is open.
               QMetaObject::invokeMethod(
-                  this, [this, body, userInitiated] { emit checkFinished(present(body, userInitiated)); },
+                  this,
+                  [this, body, userInitiated] { emit checkFinished(present(body, userInitiated), userInitiated); },
                   Qt::QueuedConnection);
           });
 }

@@ -65,7 +65,7 @@ public:
 signals:
     void autoCheckChanged(bool automatic);
     /// A check has ended and its alert, if there was one, is answered.
-    void checkFinished(velmora::UpdateOutcome outcome);
+    void checkFinished(velmora::UpdateOutcome outcome, bool userInitiated);
 
 private:
     UpdateOutcome present(const std::optional<QByteArray>& body, bool userInitiated);

@@ -81,16 +81,18 @@ SigningSection::SigningSection(AppState& state) : Section(qtText(Labels::signing
     auto* mode = popUp<SigningMode>("volume.signing", Labels::signing);
     m_reads.push_back(bindChoice(*mode, choiceField<int>(m_state, &DMGProject::signingMode)));
     addRow(mode);
-    m_identity = addText(Labels::identity, "volume.identity", &DMGProject::codeSignIdentity, "codeSignIdentity");
+    m_identity = addText(Labels::identity, "volume.identity", &DMGProject::codeSignIdentity, "codeSignIdentity",
+                         Labels::identityPlaceholder);
     m_profile = addText(Labels::profile, "volume.profile", &DMGProject::notaryProfile, "notaryProfile");
     m_hint = addHint({});
 }
 
 FormRow* SigningSection::addText(const char* label, const char* objectName, std::string DMGProject::*member,
-                                 const char* field)
+                                 const char* field, const char* placeholder)
 {
     auto* edit = new QLineEdit;
     edit->setObjectName(QLatin1String(objectName));
+    edit->setPlaceholderText(qtText(placeholder));
     m_reads.push_back(bindText(*edit, projectField(m_state, member, field)));
     return addRow(qtText(label), edit);
 }

@@ -49,7 +49,8 @@ public:
     void refresh();
 
 private:
-    FormRow* addText(const char* label, const char* objectName, std::string DMGProject::*member, const char* field);
+    FormRow* addText(const char* label, const char* objectName, std::string DMGProject::*member, const char* field,
+                     const char* placeholder = "");
 
     AppState& m_state;
     std::vector<std::function<void()>> m_reads{};

@@ -188,7 +188,10 @@ QWidget* makeUpdatesPage(const AppContext& context)
     QObject::connect(automatic, &QCheckBox::clicked, page.widget, [&updater](bool on) { updater.setAutoCheck(on); });
     QObject::connect(&updater, &Updater::autoCheckChanged, automatic, &QCheckBox::setChecked);
     QObject::connect(now, &QPushButton::clicked, page.widget, [&updater] { updater.check(true); });
-    QObject::connect(&updater, &Updater::checkFinished, outcome, &CheckOutcome::show);
+    QObject::connect(&updater, &Updater::checkFinished, outcome, [outcome](UpdateOutcome ended, bool userInitiated) {
+        if (userInitiated)
+            outcome->show(ended);
+    });
     return page.finish();
 }
 
