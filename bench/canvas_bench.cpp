@@ -219,6 +219,7 @@ void measureDrags(CanvasView& canvas, AppState& state)
 void measureOpening(CanvasView& canvas, AppState& state)
 {
     canvas.setZoom({});
+    state.editContents(); // as a project opens
     DMGProject project;
     for (int i = 0; i < 1000; ++i)
         project.items.push_back({.sourcePath = "/usr/share/doc/file-" + std::to_string(i),
