@@ -2,8 +2,6 @@
 
 #include "render/bundle_icon.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace velmora
@@ -17,14 +15,6 @@ constexpr int roomForIcons = 128 * 1024;
 // Decoded pictures are large and few: the background's.
 constexpr std::size_t mostDecoded = 2;
 constexpr std::size_t mostStamps = 20'000;
-
-FileStamp stampOf(const std::string& path)
-{
-    const QFileInfo info(QString::fromStdString(path));
-    if (path.empty() || !info.exists())
-        return {};
-    return {true, info.isDir(), info.size(), info.lastModified()};
-}
 
 int kilobytes(const QImage& image)
 {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "render/file_stamp.h"
 #include "render/picture.h"
 
 #include <QCache>
-#include <QDateTime>
 #include <QSize>
 #include <QString>
 
@@ -12,15 +12,6 @@
 
 namespace velmora
 {
-
-/// What tells whether a file is still the one that was read.
-struct FileStamp {
-    bool exists = false;
-    bool folder = false;
-    qint64 size = 0;
-    QDateTime modified{};
-    bool operator==(const FileStamp&) const = default;
-};
 
 /// The pictures that the canvas draws, decoded and reduced once. Files are looked at again after expire(), so that what
 /// another program has saved meanwhile is read anew.

@@ -326,6 +326,12 @@ void CanvasScene::drawAbove(QPainter& painter, const SceneView& view)
             .draw(painter, m_colors.palette.canvasBackground, m_colors.roles, view.linkHovered);
 }
 
+void CanvasScene::expirePictures()
+{
+    m_pictures.expire();
+    m_cache.forgetChanged();
+}
+
 bool CanvasScene::isMissing(const DMGOverlayImage& overlay) const
 {
     return !OverlayImageResolver::load(overlay, m_arrows, m_cache);

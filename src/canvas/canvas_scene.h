@@ -61,7 +61,8 @@ public:
     static bool showsEmptyHint(const DMGProject& project);
 
     IconDrawing& icons() { return m_icons; }
-    CanvasPictures& pictures() { return m_pictures; }
+    /// From now on files may have changed.
+    void expirePictures();
 
 private:
     enum class Part { surroundings, background, overlay, text, icon };

@@ -371,7 +371,7 @@ void CanvasView::selectionDidChange()
 
 void CanvasView::lookAtFilesAgain()
 {
-    m_scene.pictures().expire();
+    m_scene.expirePictures();
     m_scene.refreshWarnings();
     redrawAll();
 }

@@ -4,6 +4,7 @@
 #include "editor/file_names.h"
 #include "editor/file_types.h"
 #include "platform/ports/desktop.h"
+#include "render/overlay_images.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -33,6 +34,7 @@ void AppState::build()
     set(m_lastOutputURL, {}, &AppState::lastOutputURLChanged);
     set(m_buildWarnings, {}, &AppState::buildWarningsChanged);
     migrateLegacyIconCoordinates();
+    m_ports.pictures.forgetChanged();
     startBuild(*output);
 }
 

@@ -66,6 +66,7 @@ void AppState::addOverlayImage(std::optional<Point> point)
 void AppState::addOverlayImage(const std::filesystem::path& file, std::optional<Point> point,
                                std::optional<std::string> builtInArrowID)
 {
+    m_ports.pictures.forgetChanged();
     const PicturePtr picture = loadImageWithAlpha(file.string(), m_ports.pictures);
     if (!picture || picture->pointSize.isEmpty())
         return presentError("Could not open image:\n" + file.string());
@@ -164,7 +165,7 @@ void AppState::replaceOverlayImageViaPanel(const Uuid& id)
     if (files.empty())
         return;
     const std::string path = files.front().string();
-    m_ports.pictures.remove(path); // it may have been saved anew
+    m_ports.pictures.forgetChanged();
     const PicturePtr picture = loadImageWithAlpha(path, m_ports.pictures);
     if (!picture || picture->pointSize.isEmpty())
         return presentError("Could not open image:\n" + path);

@@ -32,13 +32,13 @@ PicturePtr OverlayImageCache::image(const std::string& path) const
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_images.find(path);
-    return found == m_images.end() ? nullptr : found->second;
+    return found == m_images.end() ? nullptr : found->second.picture;
 }
 
-void OverlayImageCache::store(PicturePtr picture, const std::string& path)
+void OverlayImageCache::store(PicturePtr picture, const std::string& path, const FileStamp& file)
 {
     const std::lock_guard lock(m_mutex);
-    m_images[path] = std::move(picture);
+    m_images[path] = {std::move(picture), file};
 }
 
 void OverlayImageCache::remove(const std::string& path)
@@ -47,13 +47,20 @@ void OverlayImageCache::remove(const std::string& path)
     m_images.erase(path);
 }
 
+void OverlayImageCache::forgetChanged()
+{
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_images, [](const auto& each) { return stampOf(each.first) != each.second.file; });
+}
+
 PicturePtr loadImageWithAlpha(const std::string& path, OverlayImageCache& cache)
 {
     if (PicturePtr known = cache.image(path))
         return known;
+    const FileStamp file = stampOf(path); // before reading: what is saved meanwhile counts as changed
     PicturePtr picture = readPicture(QString::fromStdString(path));
     if (picture)
-        cache.store(picture, path);
+        cache.store(picture, path, file);
     return picture;
 }
 

@@ -286,6 +286,23 @@ TEST(CanvasPicturesOnDisk, aChangedFileIsReadAnew)
     EXPECT_NE(w.screen().pixelColor(middle), QColor(Qt::blue)) << "the background's colour";
 }
 
+TEST(CanvasPicturesOnDisk, aChangedOverlayIsReadAnew)
+{
+    CanvasWorld w;
+    DMGProject project = CanvasWorld::emptyWindow();
+    project.overlayImages = {w.overlay({200, 100, 200, 100})};
+    w.open(project);
+    w.state.setEditorMode(EditorMode::background);
+    const QPoint middle = w.widgetPoint({300, 150}).toPoint();
+    EXPECT_EQ(w.screen().pixelColor(middle), QColor(Qt::red));
+    QImage blue(30, 15, QImage::Format_RGB32);
+    blue.fill(Qt::blue);
+    ASSERT_TRUE(blue.save(QString::fromStdString(project.overlayImages[0].sourcePath)));
+    QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+    QCoreApplication::sendEvent(&w.canvas, &enter);
+    EXPECT_EQ(w.screen().pixelColor(middle), QColor(Qt::blue));
+}
+
 TEST(CanvasAccessibility, isAListOfWhatCanBeSelected)
 {
     CanvasWorld w;

@@ -236,5 +236,28 @@ TEST_F(Arrows, shareTheCacheWithOverlayPictures)
     EXPECT_TRUE(loadImageWithAlpha(path("missing.png"), m_cache));
 }
 
+TEST_F(Arrows, leaveTheCacheWithFilesThatChange)
+{
+    const std::string kept = write("kept.png", encodePng(quadrants(), 72));
+    const std::string saved = write("saved.png", encodePng(quadrants(), 72));
+    const std::string gone = write("gone.png", encodePng(quadrants(), 72));
+    for (const std::string& file : {kept, saved, gone})
+        ASSERT_TRUE(loadImageWithAlpha(file, m_cache));
+    const PicturePtr drawing = pictureOf(BuiltInArrowLibrary::draw("arrow_blue_slim"));
+    m_cache.store(drawing, "arrow_blue_slim");
+    m_cache.store(drawing, path("come.png"));
+
+    const PicturePtr before = m_cache.image(kept);
+    write("saved.png", encodePng(quadrants(64, 64), 72));
+    write("come.png", encodePng(quadrants(), 72));
+    fs::remove(gone);
+    m_cache.forgetChanged();
+    EXPECT_EQ(m_cache.image(kept), before);
+    EXPECT_EQ(m_cache.image("arrow_blue_slim"), drawing) << "there never was a file";
+    EXPECT_EQ(loadImageWithAlpha(saved, m_cache)->pixels.width(), 64);
+    EXPECT_EQ(loadImageWithAlpha(path("come.png"), m_cache)->pixels.width(), 32);
+    EXPECT_FALSE(loadImageWithAlpha(gone, m_cache));
+}
+
 } // namespace
 } // namespace velmora
