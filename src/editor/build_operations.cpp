@@ -66,6 +66,11 @@ void AppState::finishBuild(const fs::path& output, const BuildOutcome& outcome)
     m_build.reset();
     set(m_isBuilding, false, &AppState::isBuildingChanged);
     set(m_buildWarnings, outcome.warnings, &AppState::buildWarningsChanged);
+    for (const std::string& warning : outcome.warnings) {
+        const std::string line = "⚠️ " + warning + "\n";
+        if (m_buildLog.find(line) == std::string::npos)
+            appendToLog(line);
+    }
     if (outcome.error) {
         set(m_buildError, outcome.error, &AppState::buildErrorChanged);
         appendToLog("\n❌ " + *outcome.error + "\n");

@@ -113,6 +113,29 @@ TEST(Building, endsAFailureWithItsReason)
     EXPECT_TRUE(state.lastOutputURL());
 }
 
+TEST(Building, logsEveryWarningOnce)
+{
+    BuildableWorld world;
+    AppState& state = world.state;
+    const fs::path folder = world.folder / ".background";
+    fs::create_directory(folder);
+    state.addFiles({folder}); // told by the build itself
+    state.edit({}, [](DMGProject& project) {
+        project.overlayImages.push_back({.sourcePath = "/nowhere/gone.png"}); // told at its end
+    });
+    state.build();
+    world.waitForBuild();
+    ASSERT_FALSE(state.buildError()) << *state.buildError();
+    ASSERT_EQ(state.buildWarnings().size(), 2U);
+    for (const std::string& warning : state.buildWarnings()) {
+        SCOPED_TRACE(warning);
+        const std::string line = "⚠️ " + warning + "\n";
+        const std::size_t first = state.buildLog().find(line);
+        ASSERT_NE(first, std::string::npos);
+        EXPECT_EQ(state.buildLog().find(line, first + 1), std::string::npos);
+    }
+}
+
 TEST(Building, worksOnACopyAndAlone)
 {
     BuildableWorld world;

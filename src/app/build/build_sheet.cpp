@@ -377,10 +377,8 @@ void BuildSheet::showSuccess()
     m_reveal->setDefault(true);
     if (!state.buildWarnings().empty()) {
         QStringList sentences;
-        for (const std::string& warning : state.buildWarnings()) {
+        for (const std::string& warning : state.buildWarnings())
             sentences << qtText(warning);
-            appendLog(QStringLiteral("⚠️ ") + sentences.last());
-        }
         m_note->show(BuildNote::Kind::warning, qtText(Labels::buildLacksSomething), sentences.join(QLatin1Char('\n')));
     }
     announce(m_title->text());
