@@ -1,10 +1,12 @@
 #include "canvas/canvas_warnings.h"
 
+#include "diskimage/base/error.h"
 #include "l10n/labels.h"
-
-#include <QHash>
+#include "pipeline/volume_order.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 namespace velmora
 {
@@ -16,34 +18,43 @@ QString pathOf(const DMGItem& item)
     return QString::fromStdString(item.isSymlink() ? item.symlinkTarget : item.sourcePath);
 }
 
-QString folded(const DMGItem& item)
-{
-    return QString::fromStdString(item.displayName).normalized(QString::NormalizationForm_D).toCaseFolded();
-}
-
 /// The first two items of a name.
 struct Namesakes {
     const DMGItem* first = nullptr;
     const DMGItem* second = nullptr;
 };
 
-/// The namesakes of the visible items, in their order.
-std::vector<Namesakes> namesakes(const DMGProject& project)
+/// The visible items by what the volume takes for one name.
+class ItemNames
 {
-    QHash<QString, Namesakes> byName;
-    std::vector<QString> names;
-    for (const DMGItem& item : project.items) {
-        if (item.hidden)
-            continue;
-        names.push_back(folded(item));
-        Namesakes& each = byName[names.back()];
-        (each.first ? each.second : each.first) = &item;
+public:
+    explicit ItemNames(const DMGProject& project)
+    {
+        m_ofItems.reserve(project.items.size());
+        for (const DMGItem& item : project.items)
+            m_ofItems.push_back(item.hidden ? nullptr : add(item));
     }
-    std::vector<Namesakes> result;
-    for (const QString& name : names)
-        result.push_back(byName.value(name));
-    return result;
-}
+    /// Null for an item that is left out, or whose name no volume holds, which is another check's business.
+    [[nodiscard]] const Namesakes* of(std::size_t item) const { return m_ofItems[item]; }
+
+private:
+    const Namesakes* add(const DMGItem& item)
+    {
+        try {
+            Namesakes& each = m_byName[diskimage::hfs::storedName(item.displayName)];
+            if (!each.first)
+                each.first = &item;
+            else if (!each.second)
+                each.second = &item;
+            return &each;
+        } catch (const diskimage::DiskImageError&) {
+            return nullptr;
+        }
+    }
+
+    std::map<std::u16string, Namesakes, VolumeOrder> m_byName{};
+    std::vector<const Namesakes*> m_ofItems{};
+};
 
 } // namespace
 
@@ -52,9 +63,9 @@ std::vector<CanvasWarning> canvasWarnings(const DMGProject& project, ItemIcons& 
     using Kind = CanvasWarning::Kind;
     std::vector<CanvasWarning> warnings;
     const Size content = project.contentSize();
-    const auto names = namesakes(project);
-    auto alike = names.begin();
-    for (const DMGItem& item : project.items) {
+    const ItemNames names(project);
+    for (std::size_t i = 0; i < project.items.size(); ++i) {
+        const DMGItem& item = project.items[i];
         if (item.hidden)
             continue;
         const QString name = QString::fromStdString(item.displayName);
@@ -67,13 +78,12 @@ std::vector<CanvasWarning> canvasWarnings(const DMGProject& project, ItemIcons& 
             warnings.push_back(
                 {Kind::outsideWindow, item.id, QString::fromUtf8(Labels::canvasOutsideWindow).arg(name), edge});
         }
-        if (alike->second)
+        if (const Namesakes* alike = names.of(i); alike && alike->second)
             warnings.push_back(
                 {Kind::sameName,
                  item.id,
                  QString::fromUtf8(Labels::canvasSameName).arg(name, pathOf(*alike->first), pathOf(*alike->second)),
                  {}});
-        ++alike;
     }
     return warnings;
 }
