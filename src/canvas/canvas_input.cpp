@@ -227,7 +227,8 @@ void CanvasView::dragBackgroundTo(BackgroundPress& press, QPointF point)
 void CanvasView::mouseReleaseEvent(QMouseEvent* event)
 {
     event->accept();
-    if (std::holds_alternative<LinkPress>(m_action) && hitAt(event->position()).kind == Hit::Kind::link) {
+    if (event->button() == Qt::LeftButton && std::holds_alternative<LinkPress>(m_action) &&
+        hitAt(event->position()).kind == Hit::Kind::link) {
         m_action = {};
         m_state.addFilesViaPanel();
         return;

@@ -1,5 +1,7 @@
 #include "canvas_world.h"
 
+#include "canvas/hint_capsule.h"
+
 #include <QColor>
 
 #include <gtest/gtest.h>
@@ -149,6 +151,19 @@ TEST(CanvasBoxDrag, EscapeAndLosingTheFocus)
     QCoreApplication::sendEvent(&w.canvas, &lost);
     EXPECT_NE(w.state.project(), project) << "as if it had been released there";
     EXPECT_EQ(w.canvas.cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST(CanvasHits, onlyThePressingButtonFollowsTheLink)
+{
+    CanvasWorld w;
+    w.open(CanvasWorld::emptyWindow());
+    const QPointF link = EmptyHint(w.canvas.placement().window(), w.canvas.size()).link().center();
+    const Point at = w.canvas.placement().toContent(link);
+    w.press(at);
+    w.release(at, Qt::RightButton);
+    EXPECT_TRUE(w.world.panels.opened.empty());
+    w.release(at);
+    EXPECT_EQ(w.world.panels.opened.size(), 1U);
 }
 
 TEST(CanvasHits, aCaptionLiesAboveOverlaysAndTheirHandles)

@@ -69,7 +69,10 @@ public:
     }
     void press(Point at) { mouse(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton); }
     void move(Point to) { mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton); }
-    void release(Point at) { mouse(QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton); }
+    void release(Point at, Qt::MouseButton button = Qt::LeftButton)
+    {
+        mouse(QEvent::MouseButtonRelease, at, button, button == Qt::LeftButton ? Qt::NoButton : Qt::LeftButton);
+    }
     void hover(Point at) { mouse(QEvent::MouseMove, at, Qt::NoButton, Qt::NoButton); }
     void click(Point at)
     {
