@@ -3,6 +3,7 @@
 #include "canvas/canvas_accessibility.h"
 #include "canvas/canvas_view.h"
 #include "canvas/geometry/icon_drag.h"
+#include "canvas/geometry/overlay_snap.h"
 #include "canvas/overlay_layer.h"
 #include "canvas/text_layer.h"
 #include "l10n/labels.h"
@@ -43,17 +44,34 @@ std::vector<ShownGuide> shown(const auto& guides)
     return result;
 }
 
+/// What a guide runs through: an item's centre, else the window's, else the edge of an item's cell; empty when it is
+/// none of them.
+QString nameOf(const ShownGuide& guide, const DMGProject& project, const Uuid& moved)
+{
+    QString atCenter;
+    QString atEdge;
+    const double halfCell = OverlaySnap::halfCell(project.iconSize);
+    for (const DMGItem& item : project.items) {
+        if (item.hidden || item.id == moved)
+            continue;
+        if ((guide.vertical ? item.x : item.y) == guide.position)
+            atCenter = QString::fromStdString(item.displayName);
+        else if (guide.vertical && (item.x - halfCell == guide.position || item.x + halfCell == guide.position))
+            atEdge = QString::fromStdString(item.displayName);
+    }
+    const Size content = project.contentSize();
+    if (atCenter.isEmpty() && guide.position == (guide.vertical ? content.width : content.height) / 2)
+        return QString::fromUtf8(Labels::windowCenter);
+    return atCenter.isEmpty() ? atEdge : atCenter;
+}
+
 /// The names of what the guides run through.
 QString alignmentOf(const std::vector<ShownGuide>& guides, const DMGProject& project, const Uuid& moved)
 {
     QStringList names;
     for (const ShownGuide& guide : guides) {
-        QString name = QString::fromUtf8(Labels::windowCenter);
-        for (const DMGItem& item : project.items) {
-            if (!item.hidden && item.id != moved && (guide.vertical ? item.x : item.y) == guide.position)
-                name = QString::fromStdString(item.displayName);
-        }
-        if (!names.contains(name))
+        const QString name = nameOf(guide, project, moved);
+        if (!name.isEmpty() && !names.contains(name))
             names.append(name);
     }
     return names.isEmpty() ? QString()

@@ -153,6 +153,33 @@ TEST(CanvasBoxDrag, EscapeAndLosingTheFocus)
     EXPECT_EQ(w.canvas.cursor().shape(), Qt::ArrowCursor);
 }
 
+TEST(CanvasBoxDrag, namesWhatTheBoxCameToRestOn)
+{
+    const double halfCell = OverlaySnap::halfCell(DMGProject().iconSize);
+    const struct {
+        double left; ///< of the box, as the hand puts it
+        const char* spoken;
+    } cases[] = {
+        {150 - 40 + 2, "aligned with A"},
+        {150 + halfCell + 2, "aligned with A"},
+        {150 - halfCell - 80 - 2, "aligned with A"},
+        {300 - 40 + 2, "aligned with the window’s center"},
+        {480, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.left);
+        CanvasWorld w;
+        DMGProject project = CanvasWorld::emptyWindow();
+        project.items = {CanvasWorld::item("A", 150, 300)};
+        project.overlayImages = {w.overlay({400, 50, 80, 40})};
+        w.open(project);
+        w.canvas.setZoom(1);
+        w.state.selectOverlay(project.overlayImages[0].id);
+        w.drag({440, 70}, {c.left + 40, 70});
+        EXPECT_EQ(w.canvas.alignment(), QString::fromUtf8(c.spoken));
+    }
+}
+
 TEST(CanvasHits, onlyThePressingButtonFollowsTheLink)
 {
     CanvasWorld w;

@@ -37,14 +37,13 @@ struct XSnap {
 
 std::vector<XSnap> xSnaps(std::span<const DMGItem> items, double iconSize, double centerX)
 {
-    // An icon's cell: the icon and the room that its label may take beside it.
-    const double halfCell = std::max(64.0, iconSize * 1.7) / 2;
+    const double half = halfCell(iconSize);
     std::vector<XSnap> snaps;
     snaps.reserve(items.size() * 3 + 1);
     for (const auto& item : items) {
         snaps.push_back({0.5, item.x});
-        snaps.push_back({1, item.x - halfCell});
-        snaps.push_back({0, item.x + halfCell});
+        snaps.push_back({1, item.x - half});
+        snaps.push_back({0, item.x + half});
     }
     snaps.push_back({0.5, centerX});
     return snaps;
@@ -91,6 +90,11 @@ SnapValue snapValue(double value, std::span<const double> candidates, double thr
             result = {candidate, candidate};
     }
     return result;
+}
+
+double halfCell(double iconSize)
+{
+    return std::max(64.0, iconSize * 1.7) / 2;
 }
 
 SnapResult snapMove(const Rect& bounds, Size contentSize, std::span<const DMGItem> items, double iconSize,
