@@ -3,11 +3,9 @@
 namespace velmora
 {
 
-class Alerts;
 class AppState;
 class BuiltInArrowLibrary;
 class Desktop;
-class FilePanels;
 class LanguageManager;
 class OverlayImageCache;
 class SettingsStore;
@@ -21,8 +19,6 @@ struct AppContext {
     LanguageManager& languages;
     Updater& updater;
     SettingsStore& settings;
-    FilePanels& panels;
-    Alerts& alerts;
     Desktop& desktop;
     OverlayImageCache& pictures;
     const BuiltInArrowLibrary& arrows;

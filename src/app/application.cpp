@@ -52,8 +52,6 @@ Application::Application(const StopSource& stop)
                                                        .languages = LanguageManager::shared(),
                                                        .updater = m_updater,
                                                        .settings = *m_settings,
-                                                       .panels = m_panels,
-                                                       .alerts = m_alerts,
                                                        .desktop = m_desktop,
                                                        .pictures = m_pictures,
                                                        .arrows = m_arrows});

@@ -7,10 +7,6 @@
 #include "app/text.h"
 #include "editor/app_state.h"
 #include "l10n/labels.h"
-#include "pipeline/text.h"
-#include "platform/file_tree.h"
-#include "platform/ports/alerts.h"
-#include "platform/ports/file_panels.h"
 
 #include <QEvent>
 #include <QFontMetricsF>
@@ -22,7 +18,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <exception>
 
 namespace velmora
 {
@@ -34,24 +29,11 @@ constexpr double textSidePadding = 22;
 /// How much of the ink is left while the text is not put into the image.
 constexpr double leftOutInk = 0.6;
 
-/// No agreement is this long; a larger file was chosen by mistake.
-constexpr std::uint64_t longestText = 4 * 1024 * 1024;
-
 /// Line ends as the text field keeps them.
 QString withPlainLineEnds(QString text)
 {
     text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
     return text;
-}
-
-std::string readText(const std::filesystem::path& file)
-{
-    std::string bytes = readFile(file, longestText);
-    if (bytes.rfind("\xEF\xBB\xBF", 0) == 0)
-        bytes.erase(0, 3);
-    if (!isUtf8(bytes) || bytes.find('\0') != std::string::npos)
-        throw FileError("\"" + file.string() + "\" is not a text in UTF-8.");
-    return bytes;
 }
 
 /// The field of the agreement: fixed type with room round it and between its lines.
@@ -133,7 +115,7 @@ LicenseEditor::LicenseEditor(const AppContext& context, QWidget* parent)
     connect(m_include, &QCheckBox::clicked, this,
             [&state](bool on) { state.edit({}, [on](DMGProject& project) { project.licenseEnabled = on; }); });
     connect(m_text, &QPlainTextEdit::textChanged, this, &LicenseEditor::storeText);
-    connect(import, &QPushButton::clicked, this, &LicenseEditor::importText);
+    connect(import, &QPushButton::clicked, this, [&state] { state.importLicenseText(); });
     connect(m_clear, &QPushButton::clicked, this,
             [&state] { state.edit({}, [](DMGProject& project) { project.licenseText.clear(); }); });
     connect(&state, &AppState::projectChanged, this, [this] {
@@ -192,20 +174,6 @@ void LicenseEditor::storeText()
     if (text == withPlainLineEnds(qtText(m_context.state.project().licenseText)).toStdString())
         return;
     m_context.state.edit({.field = "licenseText"}, [&](DMGProject& project) { project.licenseText = text; });
-}
-
-void LicenseEditor::importText()
-{
-    const auto files =
-        m_context.panels.open({.types = {{"Text", {"txt", "text", "md", "license"}}, {"All Files", {}}}});
-    if (files.empty())
-        return;
-    try {
-        const std::string text = readText(files.front());
-        m_context.state.edit({}, [&](DMGProject& project) { project.licenseText = text; });
-    } catch (const std::exception& error) {
-        m_context.alerts.show({.title = "Velmora", .text = std::string("Could not import the text:\n") + error.what()});
-    }
 }
 
 bool LicenseEditor::eventFilter(QObject* watched, QEvent* event)

@@ -30,7 +30,6 @@ private:
     void showCount(const QString& text);
     void showInk();
     void storeText();
-    void importText();
 
     AppContext m_context;
     Switch* m_include;

@@ -215,6 +215,11 @@ public:
     /// After a confirmation: the factory settings, with the volume's name and the items kept.
     void resetToDefaultSettings();
 
+    // Licence agreement.
+
+    /// Asks for a text in UTF-8 and puts it in the place of the agreement's. Anything else ends in an alert.
+    void importLicenseText();
+
     // Documents. Failures are shown in an alert and leave the state as it is, unless stated otherwise.
 
     /// Begins a fresh document, without a question.
@@ -248,6 +253,8 @@ public:
     void stopBuild();
     /// Shows the last image in the file manager.
     void revealLastOutput();
+    /// Asks for a place and writes the log there as it is now. Failures are shown in an alert.
+    void saveBuildLogViaPanel();
 
 signals:
     void projectChanged();

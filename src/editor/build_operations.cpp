@@ -3,6 +3,7 @@
 #include "editor/build_session.h"
 #include "editor/file_names.h"
 #include "editor/file_types.h"
+#include "platform/file_tree.h"
 #include "platform/ports/desktop.h"
 #include "render/overlay_images.h"
 
@@ -100,6 +101,19 @@ void AppState::revealLastOutput()
 {
     if (m_lastOutputURL)
         m_ports.desktop.reveal(*m_lastOutputURL);
+}
+
+void AppState::saveBuildLogViaPanel()
+{
+    const auto file = m_ports.panels.save(
+        {.proposedName = m_buildOutput.stem().string() + ".log", .type = FileTypes::log(), .extension = "log"});
+    if (!file)
+        return;
+    try {
+        writeFileAtomically(*file, m_buildLog);
+    } catch (const std::exception& error) {
+        presentError(std::string("Could not save the log:\n") + error.what());
+    }
 }
 
 } // namespace velmora

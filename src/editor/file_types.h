@@ -19,6 +19,21 @@ inline FileType diskImage()
     return {"Disk Image", {"dmg"}};
 }
 
+inline FileType log()
+{
+    return {"Log", {"log", "txt"}};
+}
+
+inline FileType text()
+{
+    return {"Text", {"txt", "text", "md", "license"}};
+}
+
+inline FileType everyFile()
+{
+    return {"All Files", {}};
+}
+
 /// Everything that is read as a picture.
 inline FileType pictures()
 {

@@ -35,8 +35,6 @@ struct WindowWorld : EditorWorld {
                                                                                  .languages = languages,
                                                                                  .updater = updater,
                                                                                  .settings = *store,
-                                                                                 .panels = panels,
-                                                                                 .alerts = alerts,
                                                                                  .desktop = desktop,
                                                                                  .pictures = pictures,
                                                                                  .arrows = arrows});

@@ -11,10 +11,7 @@
 #include "app/text.h"
 #include "editor/app_state.h"
 #include "l10n/labels.h"
-#include "platform/file_tree.h"
-#include "platform/ports/alerts.h"
 #include "platform/ports/desktop.h"
-#include "platform/ports/file_panels.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -27,7 +24,6 @@
 #include <QVBoxLayout>
 
 #include <array>
-#include <exception>
 #include <system_error>
 
 namespace velmora
@@ -277,7 +273,7 @@ void BuildSheet::connectButtons()
 {
     AppState& state = m_context.state;
     connect(m_copy, &QPushButton::clicked, this, &BuildSheet::copyLog);
-    connect(m_save, &QPushButton::clicked, this, &BuildSheet::saveLog);
+    connect(m_save, &QPushButton::clicked, this, [&state] { state.saveBuildLogViaPanel(); });
     connect(m_hide, &QPushButton::clicked, this, &BuildSheet::closeWanted);
     connect(m_close, &QPushButton::clicked, this, &BuildSheet::closeWanted);
     connect(m_reveal, &QPushButton::clicked, this, [&state] { state.revealLastOutput(); });
@@ -480,21 +476,6 @@ void BuildSheet::copyLog()
 {
     const bool part = m_log->textCursor().hasSelection();
     QGuiApplication::clipboard()->setText(part ? m_log->copyText() : qtText(m_context.state.buildLog()));
-}
-
-void BuildSheet::saveLog()
-{
-    const AppState& state = m_context.state;
-    const fs::path name = state.buildOutput().stem();
-    const auto file = m_context.panels.save(
-        {.proposedName = name.string() + ".log", .type = {"Log", {"log", "txt"}}, .extension = "log"});
-    if (!file)
-        return;
-    try {
-        writeFileAtomically(*file, state.buildLog());
-    } catch (const std::exception& error) {
-        m_context.alerts.show({.title = "Velmora", .text = std::string("Could not save the log:\n") + error.what()});
-    }
 }
 
 void BuildSheet::applyRemedy()

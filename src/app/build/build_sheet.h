@@ -61,7 +61,6 @@ private:
     void appendLog(const QString& text);
     void announce(const QString& text);
     void copyLog();
-    void saveLog();
     void applyRemedy();
 
     AppContext m_context;
