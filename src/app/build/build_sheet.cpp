@@ -1,7 +1,7 @@
 #include "app/build/build_sheet.h"
 
 #include "app/build/build_note.h"
-#include "app/build/volume_picture.h"
+#include "app/build/drive_picture.h"
 #include "app/clipped_label.h"
 #include "app/kit/icons.h"
 #include "app/kit/log_view.h"
@@ -120,6 +120,15 @@ Step shownStep(const BuildProgress::Row& row)
     return step;
 }
 
+/// The volume's icon at the size at which it is shown.
+QPixmap shownIcon(const QImage& icon, int size, double ratio)
+{
+    const int pixels = qRound(size * ratio);
+    QPixmap shown = QPixmap::fromImage(icon.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    shown.setDevicePixelRatio(ratio);
+    return shown;
+}
+
 /// The mark of a failed build: a sign on a round ground.
 QPixmap failureMark(const QWidget& widget)
 {
@@ -182,6 +191,7 @@ QWidget* BuildSheet::makeHead()
     const Look& look = lookOf(this);
     auto* head = new QWidget;
     m_picture = new QLabel;
+    m_picture->setAlignment(Qt::AlignCenter);
     m_picture->setFixedSize(look.length(pictureSize), look.length(pictureSize));
     m_title = makeLabel(QString(), Type::sheetTitle);
     m_title->setObjectName(QStringLiteral("build.title"));
@@ -437,11 +447,14 @@ void BuildSheet::showSteps()
 void BuildSheet::showPicture()
 {
     const AppState& state = m_context.state;
-    if (m_progress.isOver() && state.buildError())
+    if (m_progress.isOver() && state.buildError()) {
         m_picture->setPixmap(failureMark(*this));
-    else
-        m_picture->setPixmap(volumePicture(state.project().volumeIconPath, lookOf(this).length(pictureSize),
-                                           devicePixelRatioF(), m_context.pictures));
+        return;
+    }
+    const SmallPicture& icon = m_icon.read(state.project().volumeIconPath);
+    const int size = lookOf(this).length(pictureSize);
+    m_picture->setPixmap(icon.isReadable() ? shownIcon(icon.image, size, devicePixelRatioF())
+                                           : drivePicture(size, devicePixelRatioF()));
 }
 
 bool BuildSheet::event(QEvent* event)

@@ -3,6 +3,7 @@
 #include "app/app_context.h"
 #include "app/build/build_outcome_text.h"
 #include "app/build/build_progress.h"
+#include "app/inspector/small_picture.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -67,6 +68,7 @@ private:
     int m_margin;
     BuildProgress m_progress{};
     BuildFailure m_failure{};
+    SmallPictureReader m_icon{}; ///< the volume's
     QTimer m_clock;
     QLabel* m_picture = nullptr;
     QLabel* m_title = nullptr;

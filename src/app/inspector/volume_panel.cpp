@@ -1,4 +1,4 @@
-#include "app/build/volume_picture.h"
+#include "app/build/drive_picture.h"
 #include "app/clipped_label.h"
 #include "app/inspector/action_button.h"
 #include "app/inspector/fields.h"
@@ -106,7 +106,7 @@ private:
     QImage drive()
     {
         if (m_drive.isNull())
-            m_drive = volumePicture({}, iconSide, 2, m_context.pictures).toImage();
+            m_drive = drivePicture(iconSide, 2).toImage();
         return m_drive;
     }
 

@@ -1,6 +1,4 @@
-#include "app/build/volume_picture.h"
-
-#include "render/overlay_images.h"
+#include "app/build/drive_picture.h"
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -47,21 +45,15 @@ void drawDrive(QPainter& painter)
 
 } // namespace
 
-QPixmap volumePicture(const std::string& iconPath, int size, double ratio, OverlayImageCache& pictures)
+QPixmap drivePicture(int size, double ratio)
 {
     const int pixels = qRound(size * ratio);
     QPixmap pixmap(pixels, pixels);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const PicturePtr icon = iconPath.empty() ? nullptr : loadImageWithAlpha(iconPath, pictures);
-    if (icon && !icon->pixels.isNull()) {
-        const QImage scaled = icon->pixels.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        painter.drawImage(QPoint((pixels - scaled.width()) / 2, (pixels - scaled.height()) / 2), scaled);
-    } else {
-        painter.scale(pixels / 48.0, pixels / 48.0);
-        drawDrive(painter);
-    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(pixels / 48.0, pixels / 48.0);
+    drawDrive(painter);
     painter.end();
     pixmap.setDevicePixelRatio(ratio);
     return pixmap;
