@@ -2,10 +2,10 @@
 
 #include "app/window_world.h"
 
+#include "app/clipped_label.h"
 #include "app/kit/sheet_host.h"
 #include "app/settings/settings_window.h"
 
-#include <QLabel>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -117,7 +117,7 @@ TEST_F(KeyboardSession, leadsFromAnApplicationToItsImage)
     ASSERT_EQ(focused(), "build.hide");
     waitForBuild();
     QCoreApplication::processEvents();
-    ASSERT_EQ(focused(), "build.reveal") << the<QLabel>("build.title").text().toStdString();
+    ASSERT_EQ(focused(), "build.reveal") << the<ClippedLabel>("build.title").text().toStdString();
     press(Qt::Key_Return);
     EXPECT_EQ(desktop.revealed, std::vector<fs::path>{build.output});
     press(Qt::Key_Escape);

@@ -2,13 +2,13 @@
 
 #include "app/window_world.h"
 
+#include "app/clipped_label.h"
 #include "app/kit/sheet_host.h"
 #include "app/kit/tool_button.h"
 #include "app/window_size.h"
 #include "model/document.h"
 #include "platform/file_tree.h"
 
-#include <QLabel>
 #include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
@@ -28,7 +28,7 @@ struct Session : ::testing::Test, WindowWorld {
     void SetUp() override { show(); }
 
     [[nodiscard]] bool sheetIsOpen() { return window->findChild<SheetHost*>()->isOpen(); }
-    [[nodiscard]] QString title(const char* label) { return the<QLabel>(label).text(); }
+    [[nodiscard]] QString title(const char* label) { return the<ClippedLabel>(label).text(); }
 };
 
 TEST_F(Session, composesAnImageAndTakesStepsBack)

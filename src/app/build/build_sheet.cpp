@@ -193,9 +193,8 @@ QWidget* BuildSheet::makeHead()
     m_picture = new QLabel;
     m_picture->setAlignment(Qt::AlignCenter);
     m_picture->setFixedSize(look.length(pictureSize), look.length(pictureSize));
-    m_title = makeLabel(QString(), Type::sheetTitle);
+    m_title = new ClippedLabel(Type::sheetTitle, 1, QPalette::WindowText);
     m_title->setObjectName(QStringLiteral("build.title"));
-    m_title->setMinimumWidth(1);
     m_subtitle = new ClippedLabel(Type::control, 1, QPalette::PlaceholderText);
     m_subtitle->setObjectName(QStringLiteral("build.subtitle"));
     m_time = makeLabel(QString(), Type::sheetTitle);

@@ -71,7 +71,7 @@ private:
     SmallPictureReader m_icon{}; ///< the volume's
     QTimer m_clock;
     QLabel* m_picture = nullptr;
-    QLabel* m_title = nullptr;
+    ClippedLabel* m_title = nullptr;
     ClippedLabel* m_subtitle = nullptr;
     QLabel* m_time = nullptr;
     QLabel* m_timeCaption = nullptr;
