@@ -39,12 +39,12 @@ BuildProgress::BuildProgress(const std::vector<BuildStep>& steps, Time now) : m_
         m_entries.push_back({.step = step});
 }
 
-void BuildProgress::reach(BuildStep step, Time now)
+bool BuildProgress::reach(BuildStep step, Time now)
 {
     const auto reached =
         std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) { return entry.step == step; });
     if (m_over || reached == m_entries.end() || reached->state != State::waiting)
-        return;
+        return false;
     for (auto entry = m_entries.begin(); entry != reached; ++entry) {
         if (entry->state == State::waiting)
             entry->began = now;
@@ -54,6 +54,7 @@ void BuildProgress::reach(BuildStep step, Time now)
     }
     reached->state = State::running;
     reached->began = now;
+    return true;
 }
 
 void BuildProgress::finish(bool success, Time now)

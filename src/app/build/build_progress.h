@@ -30,8 +30,9 @@ public:
     /// A build through `steps` that begins now.
     BuildProgress(const std::vector<BuildStep>& steps, Time now);
 
-    /// The build has come to `step`; those before it are done. A step that was not announced changes nothing.
-    void reach(BuildStep step, Time now);
+    /// The build has come to `step`; those before it are done. False when that changes nothing: a step that was reached
+    /// before or was not announced.
+    bool reach(BuildStep step, Time now);
     /// The build has ended; what comes later changes nothing.
     void finish(bool success, Time now);
 

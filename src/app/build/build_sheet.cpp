@@ -341,13 +341,10 @@ void BuildSheet::begin()
 
 void BuildSheet::reach(BuildStep step)
 {
-    const BuildStep* before = m_progress.current();
-    if (before && *before == step)
+    if (!m_progress.reach(step, now()))
         return;
-    m_progress.reach(step, now());
     tick();
-    if (const BuildStep* current = m_progress.current())
-        announce(qtText(stepLabel(*current)));
+    announce(qtText(stepLabel(step)));
 }
 
 void BuildSheet::end()
