@@ -12,6 +12,7 @@
 #include "update/app_links.h"
 #include "update/updater.h"
 
+#include <QHash>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
@@ -262,19 +263,21 @@ void Menus::fillRecent()
 
 void Menus::retranslate()
 {
+    QHash<const QAction*, QString> plain;
     for (const MenuEntry& entry : m_menus)
-        entry.menu->menuAction()->setText(entry.title());
+        plain[entry.menu->menuAction()] = entry.title();
     for (const Command& command : m_commands)
-        command.action->setText(command.text());
+        plain[command.action] = command.text();
     update();
-    const auto mark = [](const QList<QAction*>& actions) {
+    // Each text is set once and whole: this runs at every step of a drag, and menus follow each text that changes.
+    const auto mark = [&plain](const QList<QAction*>& actions) {
         QList<QAction*> shown;
         QStringList texts;
         for (QAction* action : actions) {
             if (action->isSeparator())
                 continue;
             shown << action;
-            texts << action->text();
+            texts << plain.value(action);
         }
         // Menus on a Mac have no mnemonics.
         const QStringList marked = isMac() ? texts : withMnemonics(texts);

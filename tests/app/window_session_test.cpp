@@ -78,6 +78,19 @@ TEST_F(Session, composesAnImageAndTakesStepsBack)
     EXPECT_EQ(state.project().items.size(), 1U);
 }
 
+TEST_F(Session, leavesTheMenusAloneDuringADrag)
+{
+    const auto step = [this](double x) { state.edit({}, [x](DMGProject& project) { project.windowWidth = x; }); };
+    state.beginGesture();
+    step(500);
+    int changes = 0;
+    for (QAction* action : window->findChildren<QAction*>())
+        QObject::connect(action, &QAction::changed, window.get(), [&changes] { ++changes; });
+    step(510);
+    EXPECT_EQ(changes, 0);
+    state.endGesture();
+}
+
 TEST_F(Session, showsABuildFromItsStartToItsOutcome)
 {
     state.edit({}, [this](DMGProject& project) { project = build.typicalProject(); });
