@@ -42,11 +42,7 @@ QString kindOf(const DMGItem& item)
 
 const Arrow* arrowOf(const DMGOverlayImage& overlay)
 {
-    for (const Arrow& arrow : BuiltInArrowLibrary::all()) {
-        if (arrow.id == overlay.builtInArrowID)
-            return &arrow;
-    }
-    return nullptr;
+    return BuiltInArrowLibrary::find(overlay.builtInArrowID.value_or(""));
 }
 
 QString nameOf(const DMGOverlayImage& overlay)

@@ -58,8 +58,8 @@ std::optional<std::string> writeArrow(const fs::path& target, const PicturePtr& 
 /// An unknown id may be anything, a path into another folder included; no file name is made of it.
 bool isDrawn(std::string_view id)
 {
-    return std::any_of(std::begin(arrows), std::end(arrows),
-                       [&](const Arrow& arrow) { return arrow.id == id && arrow.bundledFilename.empty(); });
+    const Arrow* arrow = BuiltInArrowLibrary::find(id);
+    return arrow && arrow->bundledFilename.empty();
 }
 
 PicturePtr drawnPicture(std::string_view id)
@@ -88,18 +88,21 @@ std::span<const Arrow> BuiltInArrowLibrary::all()
     return arrows;
 }
 
+const Arrow* BuiltInArrowLibrary::find(std::string_view id)
+{
+    const auto* const found =
+        std::find_if(std::begin(arrows), std::end(arrows), [&](const Arrow& arrow) { return arrow.id == id; });
+    return found == std::end(arrows) ? nullptr : found;
+}
+
 std::optional<std::string> BuiltInArrowLibrary::bundledPath(std::string_view id) const
 {
-    for (const Arrow& arrow : arrows) {
-        if (arrow.id != id)
-            continue;
-        if (arrow.bundledFilename.empty() || !m_folders.resources)
-            return std::nullopt;
-        const fs::path path = *m_folders.resources / "Arrows" / arrow.bundledFilename;
-        std::error_code error;
-        return fs::exists(path, error) ? std::optional(path.string()) : std::nullopt;
-    }
-    return std::nullopt;
+    const Arrow* arrow = find(id);
+    if (!arrow || arrow->bundledFilename.empty() || !m_folders.resources)
+        return std::nullopt;
+    const fs::path path = *m_folders.resources / "Arrows" / arrow->bundledFilename;
+    std::error_code error;
+    return fs::exists(path, error) ? std::optional(path.string()) : std::nullopt;
 }
 
 std::optional<std::string> BuiltInArrowLibrary::filePath(std::string_view id) const

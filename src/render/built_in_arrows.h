@@ -39,6 +39,8 @@ public:
 
     /// The nine arrows in the picker's order.
     static std::span<const Arrow> all();
+    /// The arrow of that id, or null.
+    static const Arrow* find(std::string_view id);
     /// Path of a PNG file for the arrow, or nothing.
     [[nodiscard]] std::optional<std::string> filePath(std::string_view id) const;
     /// The arrow's picture for display, or null.

@@ -89,10 +89,8 @@ PicturePtr load(const DMGOverlayImage& overlay, const BuiltInArrowLibrary& arrow
 std::optional<std::string> inferBuiltInID(const std::string& path)
 {
     const std::string_view stem = stemOf(lastComponent(path));
-    for (const Arrow& arrow : BuiltInArrowLibrary::all()) {
-        if (arrow.id == stem)
-            return std::string(arrow.id);
-    }
+    if (BuiltInArrowLibrary::find(stem))
+        return std::string(stem);
     for (const Arrow& arrow : BuiltInArrowLibrary::all()) {
         if (!arrow.bundledFilename.empty() && stemOf(arrow.bundledFilename) == stem)
             return std::string(arrow.id);

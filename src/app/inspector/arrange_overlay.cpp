@@ -8,6 +8,7 @@
 #include "app/kit/number_field.h"
 #include "app/plain_widgets.h"
 #include "app/text.h"
+#include "canvas/canvas_elements.h"
 #include "l10n/labels.h"
 #include "render/built_in_arrows.h"
 #include "render/overlay_images.h"
@@ -16,21 +17,10 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include <algorithm>
-#include <filesystem>
-
 namespace velmora
 {
 namespace
 {
-
-const Arrow* builtInArrow(const DMGOverlayImage& overlay)
-{
-    const auto arrows = BuiltInArrowLibrary::all();
-    const auto found = std::find_if(arrows.begin(), arrows.end(),
-                                    [&](const Arrow& arrow) { return overlay.builtInArrowID == arrow.id; });
-    return found == arrows.end() ? nullptr : &*found;
-}
 
 class ArrangeOverlay : public ArrangePart
 {
@@ -133,12 +123,10 @@ private:
             m_preview->setSign(picture ? QString() : QStringLiteral("warning"));
         }
         m_missing->setVisible(!picture);
-        const Arrow* arrow = builtInArrow(overlay);
-        const QString name =
-            arrow ? qtText(arrow->displayName()) : qtPath(std::filesystem::path(overlay.sourcePath).filename());
+        const QString name = nameOf({CanvasElement::Kind::overlay, overlay.id}, state().project());
         m_name->setText(name);
         m_preview->setAccessibleName(name);
-        if (arrow)
+        if (BuiltInArrowLibrary::find(overlay.builtInArrowID.value_or("")))
             m_about->setText(qtText(Labels::builtInArrow));
         else
             m_about->setText(picture
