@@ -29,8 +29,6 @@
 #include <QStackedWidget>
 #include <QTimer>
 
-#include <algorithm>
-
 namespace velmora
 {
 namespace
@@ -42,11 +40,8 @@ constexpr QSize smallestSize(960, 640);
 void selectNext(AppState& state)
 {
     const auto elements = canvasElements(state.project(), state.editorMode());
-    if (elements.empty())
-        return;
-    const auto selected = selectedElement(state);
-    const auto at = selected ? std::find(elements.begin(), elements.end(), *selected) : elements.end();
-    select(state, at == elements.end() || at + 1 == elements.end() ? elements.front() : *(at + 1));
+    if (!elements.empty())
+        select(state, neighbour(state, true).value_or(elements.front()));
 }
 
 } // namespace

@@ -89,6 +89,20 @@ std::optional<CanvasElement> selectedElement(const AppState& state)
     return item && !item->hidden ? std::optional(CanvasElement{Kind::item, item->id}) : std::nullopt;
 }
 
+std::optional<CanvasElement> neighbour(const AppState& state, bool forward)
+{
+    const auto elements = canvasElements(state.project(), state.editorMode());
+    if (elements.empty())
+        return std::nullopt;
+    const auto selected = selectedElement(state);
+    const auto at = selected ? std::find(elements.begin(), elements.end(), *selected) : elements.end();
+    if (at == elements.end())
+        return forward ? elements.front() : elements.back();
+    if (forward ? at + 1 == elements.end() : at == elements.begin())
+        return std::nullopt;
+    return forward ? *(at + 1) : *(at - 1);
+}
+
 void select(AppState& state, const CanvasElement& element)
 {
     switch (element.kind) {

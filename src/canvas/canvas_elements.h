@@ -23,6 +23,8 @@ struct CanvasElement {
 std::vector<CanvasElement> canvasElements(const DMGProject& project, EditorMode mode);
 /// The element of the mode that is selected, or nothing.
 std::optional<CanvasElement> selectedElement(const AppState& state);
+/// The element after the selected one, or before it; without a selection the first, or the last. Nothing at the end.
+std::optional<CanvasElement> neighbour(const AppState& state, bool forward);
 /// Selects without switching tabs where the editor does not do so itself.
 void select(AppState& state, const CanvasElement& element);
 /// Takes every selection away.

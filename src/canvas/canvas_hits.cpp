@@ -31,17 +31,6 @@ Qt::CursorShape cursorOf(OverlayResizeHandle handle)
     return Qt::ArrowCursor;
 }
 
-bool isHandle(const std::vector<OverlayBox>& boxes, const std::optional<Uuid>& selected, Point point, double scale,
-              OverlayResizeHandle& handle)
-{
-    const auto box =
-        std::find_if(boxes.begin(), boxes.end(), [&](const OverlayBox& each) { return each.id == selected; });
-    const auto found = box == boxes.end() ? std::nullopt : BoxGeometry::handleAt(point, box->bounds, scale);
-    if (found)
-        handle = *found;
-    return found.has_value();
-}
-
 } // namespace
 
 CanvasView::Hit CanvasView::hitAt(QPointF point)
@@ -84,11 +73,10 @@ CanvasView::Hit CanvasView::hitInBackground(QPointF point) const
     const auto overlays = OverlayLayer::boxes(project);
     if (!place.content.contains(point)) {
         // A box may stand out of the window; its handles are drawn there and are meant to be used.
-        OverlayResizeHandle handle{};
-        if (isHandle(texts, m_state.textSelection(), view, place.scale, handle))
-            return {Hit::Kind::text, *m_state.textSelection(), handle};
-        if (isHandle(overlays, m_state.overlaySelection(), view, place.scale, handle))
-            return {Hit::Kind::overlay, *m_state.overlaySelection(), handle};
+        if (const auto text = BoxGeometry::handleHitTest(view, texts, m_state.textSelection(), place.scale))
+            return {Hit::Kind::text, text->id, text->handle};
+        if (const auto overlay = BoxGeometry::handleHitTest(view, overlays, m_state.overlaySelection(), place.scale))
+            return {Hit::Kind::overlay, overlay->id, overlay->handle};
         return {};
     }
     if (const auto text = BoxGeometry::hitTest(view, texts, m_state.textSelection(), place.scale))

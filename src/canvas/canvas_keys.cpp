@@ -5,8 +5,6 @@
 
 #include <QKeyEvent>
 
-#include <algorithm>
-
 namespace velmora
 {
 
@@ -107,19 +105,10 @@ void CanvasView::removeSelection()
 
 bool CanvasView::walk(bool forward)
 {
-    const auto elements = canvasElements(m_state.project(), m_state.editorMode());
-    const auto selected = selectedElement(m_state);
-    const auto at = selected ? std::find(elements.begin(), elements.end(), *selected) : elements.end();
-    if (elements.empty())
-        return false;
-    if (at == elements.end()) {
-        select(m_state, forward ? elements.front() : elements.back());
-        return true;
-    }
-    if (forward ? at + 1 == elements.end() : at == elements.begin())
-        return false;
-    select(m_state, forward ? *(at + 1) : *(at - 1));
-    return true;
+    const auto next = neighbour(m_state, forward);
+    if (next)
+        select(m_state, *next);
+    return next.has_value();
 }
 
 bool CanvasView::focusNextPrevChild(bool next)

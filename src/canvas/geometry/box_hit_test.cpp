@@ -51,19 +51,26 @@ std::optional<OverlayResizeHandle> handleAt(Point viewPoint, const Rect& bounds,
     return std::nullopt;
 }
 
+std::optional<BoxHit> handleHitTest(Point viewPoint, std::span<const OverlayBox> boxes,
+                                    const std::optional<Uuid>& selected, double scale)
+{
+    if (!(scale > 0))
+        return std::nullopt;
+    const auto box =
+        std::find_if(boxes.begin(), boxes.end(), [&](const OverlayBox& each) { return each.id == selected; });
+    if (box == boxes.end())
+        return std::nullopt;
+    const auto handle = handleAt(viewPoint, box->bounds, scale);
+    return handle ? std::optional(BoxHit{box->id, handle}) : std::nullopt;
+}
+
 std::optional<BoxHit> hitTest(Point viewPoint, std::span<const OverlayBox> boxes, const std::optional<Uuid>& selected,
                               double scale)
 {
     if (!(scale > 0))
         return std::nullopt;
-    if (selected) {
-        const auto box =
-            std::find_if(boxes.begin(), boxes.end(), [&](const OverlayBox& each) { return each.id == *selected; });
-        if (box != boxes.end()) {
-            if (const auto handle = handleAt(viewPoint, box->bounds, scale))
-                return BoxHit{box->id, handle};
-        }
-    }
+    if (const auto handle = handleHitTest(viewPoint, boxes, selected, scale))
+        return handle;
     const auto body = std::find_if(boxes.rbegin(), boxes.rend(), [&](const OverlayBox& each) {
         return contains(viewRect(each.bounds, scale), viewPoint);
     });

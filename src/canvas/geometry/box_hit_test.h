@@ -41,6 +41,9 @@ bool handleTakes(OverlayResizeHandle handle, const Rect& bounds, double scale, P
 
 /// The first handle of the box that takes the view point.
 std::optional<OverlayResizeHandle> handleAt(Point viewPoint, const Rect& bounds, double scale);
+/// The handle of the selected box that takes the view point. Nothing when the scale is not positive.
+std::optional<BoxHit> handleHitTest(Point viewPoint, std::span<const OverlayBox> boxes,
+                                    const std::optional<Uuid>& selected, double scale);
 /// What a press at the view point falls on: the handles of the selected box come first, even where another box lies on
 /// top, then the bodies from the last box to the first. Nothing when the scale is not positive.
 std::optional<BoxHit> hitTest(Point viewPoint, std::span<const OverlayBox> boxes, const std::optional<Uuid>& selected,
