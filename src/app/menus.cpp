@@ -1,6 +1,7 @@
 #include "app/menus.h"
 
 #include "app/mnemonics.h"
+#include "app/operating_system.h"
 #include "app/settings/settings_pages.h"
 #include "app/text.h"
 #include "app/typing.h"
@@ -16,8 +17,6 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
-#include <QOperatingSystemVersion>
-#include <QWidget>
 
 #include <map>
 #include <utility>
@@ -26,11 +25,6 @@ namespace velmora
 {
 namespace
 {
-
-bool isMac()
-{
-    return QOperatingSystemVersion::currentType() == QOperatingSystemVersion::MacOS;
-}
 
 std::function<QString()> fromTable(const char* key)
 {

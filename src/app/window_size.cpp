@@ -1,9 +1,9 @@
 #include "app/window_size.h"
 
+#include "app/operating_system.h"
 #include "platform/settings.h"
 
 #include <QGuiApplication>
-#include <QOperatingSystemVersion>
 #include <QScreen>
 #include <QStyle>
 #include <QWidget>
@@ -45,7 +45,7 @@ void fillScreen(QWidget& window)
         return;
     // A Mac's zoomed state toggles and may be smaller than the screen; elsewhere the window manager alone knows the
     // frame it will draw, and some let no program place a window at all.
-    if (QOperatingSystemVersion::currentType() != QOperatingSystemVersion::MacOS) {
+    if (!isMac()) {
         window.setWindowState((window.windowState() & ~Qt::WindowFullScreen) | Qt::WindowMaximized);
         return;
     }

@@ -1,41 +1,33 @@
 #include "canvas/box_drawing.h"
 
+#include "canvas/qt_rect.h"
+
 #include <QPen>
 
 #include <cmath>
 
 namespace velmora
 {
-namespace
-{
-
-QRectF toRect(const Rect& rect)
-{
-    return {rect.x, rect.y, rect.width, rect.height};
-}
-
-} // namespace
-
 void drawBoxSelection(QPainter& painter, const Rect& bounds, double scale, const QColor& accent)
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor::fromRgbF(0.2F, 0.78F, 0.36F), 1.5));
-    painter.drawRect(toRect(BoxGeometry::viewRect(bounds, scale)));
+    painter.drawRect(toQRectF(BoxGeometry::viewRect(bounds, scale)));
     painter.setPen(QPen(Qt::white, 1));
     painter.setBrush(accent);
     for (const auto handle : allOverlayResizeHandles)
-        painter.drawEllipse(toRect(BoxGeometry::drawnHandle(handle, bounds, scale)));
+        painter.drawEllipse(toQRectF(BoxGeometry::drawnHandle(handle, bounds, scale)));
     painter.restore();
 }
 
 QRectF boxSelectionArea(const Rect& bounds, double scale)
 {
     constexpr double pen = 2;
-    QRectF area = toRect(BoxGeometry::viewRect(bounds, scale));
+    QRectF area = toQRectF(BoxGeometry::viewRect(bounds, scale));
     for (const auto handle : {OverlayResizeHandle::topLeft, OverlayResizeHandle::bottomRight})
-        area |= toRect(BoxGeometry::drawnHandle(handle, bounds, scale));
+        area |= toQRectF(BoxGeometry::drawnHandle(handle, bounds, scale));
     return area.adjusted(-pen, -pen, pen, pen);
 }
 

@@ -4,6 +4,7 @@
 #include "canvas/graph_paper.h"
 #include "canvas/hint_capsule.h"
 #include "canvas/overlay_layer.h"
+#include "canvas/qt_rect.h"
 #include "canvas/text_layer.h"
 #include "l10n/l10n.h"
 #include "render/overlay_images.h"

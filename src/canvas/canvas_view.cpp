@@ -5,7 +5,7 @@
 #include "canvas/canvas_accessibility.h"
 #include "canvas/file_drop.h"
 #include "canvas/geometry/canvas_scale.h"
-#include "canvas/hint_capsule.h"
+#include "canvas/qt_rect.h"
 #include "canvas/text_layer.h"
 #include "canvas/zoom_control.h"
 #include "l10n/labels.h"

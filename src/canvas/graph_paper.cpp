@@ -1,5 +1,7 @@
 #include "canvas/graph_paper.h"
 
+#include "app/theme/faded.h"
+
 #include <QRect>
 
 #include <algorithm>
@@ -15,12 +17,6 @@ struct Ruling {
     double width;
     QColor color;
 };
-
-QColor faded(QColor color, double coverage)
-{
-    color.setAlphaF(static_cast<float>(color.alphaF() * coverage));
-    return color;
-}
 
 /// Lines in device pixels: the middle one as strong as the line covers it, and its neighbours when it is wider. Much
 /// faster than antialiased strokes of the same look, and paper is drawn at every step of a scroll.

@@ -1,5 +1,7 @@
 #include "canvas/icon_drawing.h"
 
+#include "canvas/qt_rect.h"
+
 #include <QPen>
 
 #include <algorithm>

@@ -15,12 +15,6 @@
 namespace velmora
 {
 
-/// The drawn area of a view rectangle: the content area's corner is at `origin`.
-inline QRectF toQRectF(const Rect& rect, QPointF origin = {})
-{
-    return {rect.x + origin.x(), rect.y + origin.y(), rect.width, rect.height};
-}
-
 /// A name below its icon: up to two lines, the rest elided in the middle.
 struct IconLabel {
     std::vector<TextLine> lines{};

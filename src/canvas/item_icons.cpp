@@ -38,7 +38,7 @@ bool isApplications(std::string path)
 {
     while (path.size() > 1 && path.back() == '/')
         path.pop_back();
-    return path == "/Applications";
+    return path == DMGItem::applicationsFolder;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "canvas/overlay_layer.h"
 
+#include "canvas/qt_rect.h"
 #include "render/overlay_images.h"
 #include "render/picture_drawing.h"
 
@@ -24,7 +25,7 @@ void draw(QPainter& painter, const DMGOverlayImage& overlay, double scale, doubl
     if (!picture)
         return;
     const Rect box = BoxGeometry::viewRect(overlay.bounds(), scale);
-    const QRectF rect(box.x, box.y, box.width, box.height);
+    const QRectF rect = toQRectF(box);
     // Twice the size that is shown: the painter halves it well wherever the box lies between pixels.
     const auto pixels = [ratio](double length) {
         return 2 * static_cast<int>(std::ceil(std::min(length, 1e5) * ratio));

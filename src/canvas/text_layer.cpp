@@ -1,5 +1,6 @@
 #include "canvas/text_layer.h"
 
+#include "canvas/qt_rect.h"
 #include "render/overlay_drawing.h"
 #include "render/text_drawing.h"
 
@@ -34,7 +35,7 @@ QRectF inkArea(const DMGTextOverlay& text, double scale)
     const TextBlock block(text.text, Fonts::resolve(text.fontName), fontSize, text.width * scale,
                           text.horizontalAlignment);
     const Rect box = BoxGeometry::viewRect(text.bounds(), scale);
-    QRectF ink(box.x, box.y, box.width, std::max(box.height, block.height()));
+    QRectF ink = toQRectF({box.x, box.y, box.width, std::max(box.height, block.height())});
     ink.adjust(-fontSize, -fontSize, fontSize, fontSize); // slanted and swashed glyphs
     if (text.shadowEnabled) {
         const double reach = (std::abs(text.shadowOffset) + 2 * std::max(text.shadowBlur, 0.0)) * scale + 2;

@@ -5,7 +5,8 @@ namespace velmora
 
 DMGItem DMGItem::applicationsLink(Point point)
 {
-    return {.displayName = "Applications", .x = point.x, .y = point.y, .symlinkTarget = "/Applications"};
+    return {
+        .displayName = "Applications", .x = point.x, .y = point.y, .symlinkTarget = std::string(applicationsFolder)};
 }
 
 void DMGItem::setPosition(Point point)

@@ -4,6 +4,7 @@
 #include "model/uuid.h"
 
 #include <string>
+#include <string_view>
 
 namespace velmora
 {
@@ -18,7 +19,8 @@ struct DMGItem {
     std::string symlinkTarget{}; ///< when not empty the entry is a symbolic link and `sourcePath` is ignored
     bool hidden = false;         ///< kept in the project, left out of the built image
 
-    /// A new link to /Applications at `point` (content points).
+    static constexpr std::string_view applicationsFolder = "/Applications";
+    /// A new link to the applications folder at `point` (content points).
     static DMGItem applicationsLink(Point point);
 
     [[nodiscard]] bool isSymlink() const { return !symlinkTarget.empty(); }

@@ -7,8 +7,6 @@ namespace velmora::DMGProjectDefaults
 namespace
 {
 
-constexpr std::string_view applicationsFolder = "/Applications";
-
 Point linkSlot(const DMGProject& project)
 {
     return {applicationsX, project.contentSize().height * 0.5};
@@ -44,7 +42,7 @@ std::vector<DMGItem> repositionItems(std::vector<DMGItem> items, const DMGProjec
             item.setPosition(item.isSymlink() ? linkSlot(project) : appSlot(files++, project));
     }
     const bool hasApplications = std::any_of(items.begin(), items.end(), [](const DMGItem& item) {
-        return item.symlinkTarget == applicationsFolder && !item.hidden;
+        return item.symlinkTarget == DMGItem::applicationsFolder && !item.hidden;
     });
     if (!hasApplications)
         items.push_back(applicationsItem(project));

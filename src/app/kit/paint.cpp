@@ -37,12 +37,6 @@ double wholeWidth(double points, double scale)
 
 } // namespace
 
-QColor faded(QColor color, double strength)
-{
-    color.setAlphaF(static_cast<float>(color.alphaF() * strength));
-    return color;
-}
-
 QColor laidOver(const QColor& under, const QColor& over)
 {
     const double part = over.alphaF();

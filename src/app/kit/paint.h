@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/theme/faded.h"
+
 #include <QColor>
 #include <QFont>
 #include <QPainterPath>
@@ -14,8 +16,6 @@ namespace velmora
 
 struct Look;
 
-/// `color` with its opacity multiplied by `strength` (0 to 1).
-QColor faded(QColor color, double strength);
 /// The opaque colour that shows when `over` is laid over the opaque `under`.
 QColor laidOver(const QColor& under, const QColor& over);
 /// The ground of a pressed (`strength` 1) or hovered (0.5) filled control: towards black under white ink, else white.

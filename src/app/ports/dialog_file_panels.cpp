@@ -1,5 +1,6 @@
 #include "app/ports/dialog_file_panels.h"
 
+#include "app/operating_system.h"
 #include "app/ports/files_and_folders_dialog.h"
 #include "app/ports/message_alerts.h"
 #include "app/text.h"
@@ -7,7 +8,6 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QOperatingSystemVersion>
 
 #include <memory>
 #include <system_error>
@@ -19,11 +19,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-
-bool isMac()
-{
-    return QOperatingSystemVersion::currentType() == QOperatingSystemVersion::MacOS;
-}
 
 QStringList nameFilters(const std::vector<FileType>& types)
 {
