@@ -225,7 +225,7 @@ void Menus::addWindowMenu()
 
 void Menus::addHelpMenu()
 {
-    QMenu* menu = addMenu("help", label(Labels::help));
+    QMenu* menu = addMenu("help", fromTable("settings.help"));
     add(menu, "helpWebsite", fromTable("menu.help_website"), {},
         [this] { m_context.desktop.openAddress(AppLinks::website); });
     add(menu, "helpPreferences", fromTable("menu.help_preferences"), {},

@@ -399,21 +399,21 @@ void BuildSheet::showFailure()
     m_timeCaption->hide();
     m_again->show();
     m_again->setDefault(true);
-    const char* remedy = "";
+    QString remedy;
     switch (m_failure.remedy) {
     case BuildRemedy::none:
         break;
     case BuildRemedy::showItem:
-        remedy = Labels::showItem;
+        remedy = qtText(Labels::showItem);
         break;
     case BuildRemedy::addFiles:
-        remedy = Labels::addFilesRemedy;
+        remedy = localized("toolbar.add_files");
         break;
     case BuildRemedy::volumeTab:
-        remedy = Labels::showInVolume;
+        remedy = qtText(Labels::showInVolume);
         break;
     }
-    m_note->show(BuildNote::Kind::error, qtText(m_failure.reason), qtText(m_failure.detail), qtText(remedy));
+    m_note->show(BuildNote::Kind::error, qtText(m_failure.reason), qtText(m_failure.detail), remedy);
     announce(m_title->text() + QStringLiteral(". ") + qtText(m_failure.reason));
 }
 

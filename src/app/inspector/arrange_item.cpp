@@ -27,7 +27,7 @@ public:
         const auto selected = [this] { return state().selection(); };
         Section* section = addSection(qtText(Labels::item));
         section->addRow(m_head);
-        section->addRow(qtText(Labels::position),
+        section->addRow(localized("text_position"),
                         sideBySide({addNumber({.objectName = "arrange.itemX", .spokenName = "Icon X", .prefix = "X"},
                                               selected, &DMGItem::x),
                                     addNumber({.objectName = "arrange.itemY", .spokenName = "Icon Y", .prefix = "Y"},

@@ -93,7 +93,7 @@ private:
                  addNumber({.objectName = "arrange.overlayY", .spokenName = "Image Y", .prefix = "Y"}, selected, &O::y),
                  addNumber(side("arrange.overlayWidth", "Image width", "W"), selected, &O::width),
                  addNumber(side("arrange.overlayHeight", "Image height", "H"), selected, &O::height)};
-        section.addRow(qtText(Labels::position), sideBySide({m_box.x, m_box.y}));
+        section.addRow(localized("text_position"), sideBySide({m_box.x, m_box.y}));
         section.addRow(qtText(Labels::size), sideBySide({m_box.width, m_box.height}));
     }
 

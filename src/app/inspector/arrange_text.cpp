@@ -156,7 +156,7 @@ private:
         Switch* on = section->addSwitch();
         on->setObjectName(QStringLiteral("arrange.shadow"));
         onRefresh(bindCheck(*on, field<bool>(&T::shadowEnabled, "")));
-        addColor(*section, qtText(Labels::color), &T::shadowColor, "arrange.shadowColor", "Shadow color");
+        addColor(*section, localized("text_color"), &T::shadowColor, "arrange.shadowColor", "Shadow color");
 
         auto* dial = new AngleDial;
         dial->setObjectName(QStringLiteral("arrange.shadowDial"));
@@ -213,7 +213,7 @@ private:
                        .maximum = 2000},
                       selected(), &T::height),
         };
-        section->addRow(qtText(Labels::position), sideBySide({m_box.x, m_box.y}));
+        section->addRow(localized("text_position"), sideBySide({m_box.x, m_box.y}));
         section->addRow(qtText(Labels::size), sideBySide({m_box.width, m_box.height}));
         const auto center = [this](const char* key, const char* name, bool horizontal, bool vertical) {
             return actionButton(localized(key), name, [=, this] {

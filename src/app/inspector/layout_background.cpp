@@ -92,7 +92,7 @@ QWidget* BackgroundSection::colorRow()
     hex->setObjectName(QStringLiteral("layout.colorHex"));
     hex->setAccessibleName(QStringLiteral("Background color as hexadecimal number"));
     m_reads.push_back(bindHex(*hex, color));
-    return addRow(qtText(Labels::color), atLeft({well, hex}));
+    return addRow(localized("text_color"), atLeft({well, hex}));
 }
 
 QWidget* BackgroundSection::gradientColors()

@@ -66,7 +66,7 @@ private:
         NumberField* top =
             number({.objectName = "layout.windowTop", .spokenName = "Window top", .prefix = "Y", .step = 10},
                    &P::windowTop, "windowTop");
-        section->addRow(qtText(Labels::position), sideBySide({left, top}));
+        section->addRow(localized("text_position"), sideBySide({left, top}));
         QPushButton* fit =
             actionButton(localized("fit_to_image"), "layout.fitToImage", [this] { state().fitWindowToImage(); });
         QPushButton* reset =

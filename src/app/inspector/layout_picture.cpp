@@ -171,8 +171,8 @@ QWidget* PictureRows::makeAdjustments()
     QPushButton* reset = actionButton(localized("bg_reset_adjust"), "layout.resetAdjustments",
                                       [this] { m_state.resetBackgroundImageAdjustments(); });
     return column({hintLabel(localized("bg_image_active")), new FormRow(localized("bg_fit_mode"), fit),
-                   new FormRow(localized("bg_scale"), scale), new FormRow(qtText(Labels::offset), sideBySide({x, y})),
-                   reset});
+                   new FormRow(localized("bg_scale"), scale),
+                   new FormRow(localized("text_shadow_offset"), sideBySide({x, y})), reset});
 }
 
 void PictureRows::refresh()

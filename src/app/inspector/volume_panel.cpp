@@ -71,7 +71,7 @@ private:
         auto* thumbnail = new CheckerThumbnail({iconSide, iconSide});
         auto* choose = actionButton(qtText(Labels::choose), "volume.chooseIcon", [this] { state().pickVolumeIcon(); });
         choose->setAccessibleName(QStringLiteral("Choose Volume Icon"));
-        auto* remove = actionButton(qtText(Labels::removeShort), "volume.removeIcon", [this] {
+        auto* remove = actionButton(localized("toolbar.remove"), "volume.removeIcon", [this] {
             state().edit({}, [](DMGProject& project) { project.volumeIconPath.clear(); });
         });
         remove->setAccessibleName(QStringLiteral("Remove Volume Icon"));
