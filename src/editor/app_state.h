@@ -327,6 +327,12 @@ private:
     void showState(const History::Snapshot& snapshot);
     void beginHistory();
     [[nodiscard]] ArrowFileFinder arrowFinder() const;
+    /// Asks for an overlay's picture; nothing when the person gave up.
+    std::optional<std::filesystem::path> pickOverlayPicture();
+    /// The size of a picture for an overlay, points. One that cannot be read ends in an alert.
+    std::optional<Size> overlayPictureSize(const std::filesystem::path& file);
+    /// Has two overlays change their places in the drawing order.
+    void swapOverlays(std::size_t one, std::size_t other);
     void setFont(const Uuid& id, const std::string& name, double size);
     void startBuild(const std::filesystem::path& output);
     void finishBuild(const std::filesystem::path& output, const BuildOutcome& outcome);

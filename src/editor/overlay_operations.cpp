@@ -55,24 +55,36 @@ bool AppState::isImageURL(const std::filesystem::path& file)
     return std::find(extensions.begin(), extensions.end(), extension) != extensions.end();
 }
 
-void AppState::addOverlayImage(std::optional<Point> point)
+std::optional<std::filesystem::path> AppState::pickOverlayPicture()
 {
     const auto files =
         m_ports.panels.open({.message = L10n::t("overlay_picker_message"), .types = {FileTypes::pictures()}});
-    if (!files.empty())
-        addOverlayImage(files.front(), point);
+    return files.empty() ? std::nullopt : std::optional(files.front());
+}
+
+std::optional<Size> AppState::overlayPictureSize(const std::filesystem::path& file)
+{
+    m_ports.pictures.forgetChanged();
+    const PicturePtr picture = loadImageWithAlpha(file.string(), m_ports.pictures);
+    if (picture && !picture->pointSize.isEmpty())
+        return Size{picture->pointSize.width(), picture->pointSize.height()};
+    presentError("Could not open image:\n" + file.string());
+    return std::nullopt;
+}
+
+void AppState::addOverlayImage(std::optional<Point> point)
+{
+    if (const auto file = pickOverlayPicture())
+        addOverlayImage(*file, point);
 }
 
 void AppState::addOverlayImage(const std::filesystem::path& file, std::optional<Point> point,
                                std::optional<std::string> builtInArrowID)
 {
-    m_ports.pictures.forgetChanged();
-    const PicturePtr picture = loadImageWithAlpha(file.string(), m_ports.pictures);
-    if (!picture || picture->pointSize.isEmpty())
-        return presentError("Could not open image:\n" + file.string());
-
-    const Size size{picture->pointSize.width(), picture->pointSize.height()};
-    const Rect box = boxOfNewOverlay(size, point, m_project.contentSize());
+    const auto size = overlayPictureSize(file);
+    if (!size)
+        return;
+    const Rect box = boxOfNewOverlay(*size, point, m_project.contentSize());
     const DMGOverlayImage overlay{.sourcePath = file.string(),
                                   .builtInArrowID = std::move(builtInArrowID),
                                   .x = box.x,
@@ -147,7 +159,7 @@ void AppState::bringOverlayForward(const Uuid& id)
     if (!canBringOverlayForward(id))
         return;
     const std::size_t place = *placeOf(m_project.overlayImages, id);
-    edit({}, [&](DMGProject& project) { std::swap(project.overlayImages[place], project.overlayImages[place + 1]); });
+    swapOverlays(place, place + 1);
 }
 
 void AppState::sendOverlayBackward(const Uuid& id)
@@ -155,26 +167,25 @@ void AppState::sendOverlayBackward(const Uuid& id)
     if (!canSendOverlayBackward(id))
         return;
     const std::size_t place = *placeOf(m_project.overlayImages, id);
-    edit({}, [&](DMGProject& project) { std::swap(project.overlayImages[place], project.overlayImages[place - 1]); });
+    swapOverlays(place, place - 1);
+}
+
+void AppState::swapOverlays(std::size_t one, std::size_t other)
+{
+    edit({}, [&](DMGProject& project) { std::swap(project.overlayImages[one], project.overlayImages[other]); });
 }
 
 void AppState::replaceOverlayImageViaPanel(const Uuid& id)
 {
-    const auto files =
-        m_ports.panels.open({.message = L10n::t("overlay_picker_message"), .types = {FileTypes::pictures()}});
-    if (files.empty())
+    const auto file = pickOverlayPicture();
+    const auto size = file ? overlayPictureSize(*file) : std::nullopt;
+    if (!size)
         return;
-    const std::string path = files.front().string();
-    m_ports.pictures.forgetChanged();
-    const PicturePtr picture = loadImageWithAlpha(path, m_ports.pictures);
-    if (!picture || picture->pointSize.isEmpty())
-        return presentError("Could not open image:\n" + path);
-    const Size size{picture->pointSize.width(), picture->pointSize.height()};
-    const Rect natural = boxOfNewOverlay(size, {}, m_project.contentSize());
+    const Rect natural = boxOfNewOverlay(*size, {}, m_project.contentSize());
     editElement<DMGOverlayImage>(id, [&](DMGOverlayImage& overlay) {
-        overlay.sourcePath = path;
+        overlay.sourcePath = file->string();
         overlay.builtInArrowID.reset();
-        overlay.setBounds(fittedInto(overlay.bounds(), size));
+        overlay.setBounds(fittedInto(overlay.bounds(), *size));
         overlay.originalWidth = natural.width;
         overlay.originalHeight = natural.height;
     });
