@@ -205,11 +205,9 @@ void CanvasView::dragBoxTo(BoxPress& press, QPointF point)
 {
     const CanvasPlacement place = m_viewport.placement();
     const DMGProject& project = m_state.project();
-    std::vector<DMGItem> visible;
-    std::copy_if(project.items.begin(), project.items.end(), std::back_inserter(visible),
-                 [](const DMGItem& item) { return !item.hidden; });
     const Rect before = press.drag.liveBounds;
-    continueBoxDrag(press.drag, place.toView(point), place.scale, {project.contentSize(), visible, project.iconSize});
+    continueBoxDrag(press.drag, place.toView(point), place.scale,
+                    {project.contentSize(), project.items, project.iconSize});
     updateGuides(shown(press.drag.guides));
     if (press.drag.liveBounds == before)
         return;

@@ -13,7 +13,7 @@ namespace velmora
 /// What a moved box may come to rest on. Content points.
 struct SnapSurroundings {
     Size contentSize{};
-    std::span<const DMGItem> items{}; ///< the visible items, in project order
+    std::span<const DMGItem> items{}; ///< in project order; those left out are no hold
     double iconSize = 0;
 };
 

@@ -41,6 +41,8 @@ std::vector<XSnap> xSnaps(std::span<const DMGItem> items, double iconSize, doubl
     std::vector<XSnap> snaps;
     snaps.reserve(items.size() * 3 + 1);
     for (const auto& item : items) {
+        if (item.hidden)
+            continue;
         snaps.push_back({0.5, item.x});
         snaps.push_back({1, item.x - half});
         snaps.push_back({0, item.x + half});
@@ -53,8 +55,10 @@ void snapVertically(SnapResult& result, std::span<const DMGItem> items, double c
 {
     std::vector<double> lines;
     lines.reserve(items.size() + 1);
-    for (const auto& item : items)
-        lines.push_back(item.y);
+    for (const auto& item : items) {
+        if (!item.hidden)
+            lines.push_back(item.y);
+    }
     lines.push_back(centerY);
 
     auto& box = result.bounds;

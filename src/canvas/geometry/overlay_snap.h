@@ -39,8 +39,9 @@ SnapValue snapValue(double value, std::span<const double> candidates, double thr
 /// Half the width of an icon's cell: the icon and the room that its label may take beside it.
 double halfCell(double iconSize);
 
-/// Moves a box onto the nearest icon line, icon cell edge or window centre within `threshold`, then back into the
-/// window. Call it with the raw box of every mouse event: a box that is already snapped would never come loose.
+/// Moves a box onto the nearest visible item's line or cell edge or the window's centre within `threshold`, then back
+/// into the window. Call it with the raw box of every mouse event: a box that is already snapped would never come
+/// loose.
 SnapResult snapMove(const Rect& bounds, Size contentSize, std::span<const DMGItem> items, double iconSize,
                     double threshold = 7);
 
