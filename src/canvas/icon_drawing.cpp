@@ -110,12 +110,12 @@ void IconDrawing::draw(QPainter& painter, const DMGItem& item, const DMGProject&
                        const IconState& state)
 {
     const IconAreas areas = this->areas(item, project, scale, state.selected);
-    const bool missing = m_icons.look(item).missing;
+    const ItemLook look = m_icons.look(item);
     const double opacity = state.faded ? 0.3 : 1;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(missing ? opacity * 0.5 : opacity);
-    m_icons.draw(painter, item, toQRectF(areas.picture), ratio);
+    painter.setOpacity(look.missing ? opacity * 0.5 : opacity);
+    m_icons.draw(painter, look, toQRectF(areas.picture), ratio);
     painter.setOpacity(opacity);
     if (state.warning)
         drawBadge(painter, badge(areas), ratio);

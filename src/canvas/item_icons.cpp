@@ -87,9 +87,8 @@ QImage ItemIcons::art(const ItemLook& look, int pixels)
     return result;
 }
 
-void ItemIcons::draw(QPainter& painter, const DMGItem& item, const QRectF& square, double ratio)
+void ItemIcons::draw(QPainter& painter, const ItemLook& look, const QRectF& square, double ratio)
 {
-    const ItemLook look = this->look(item);
     const int pixels = std::max(1, static_cast<int>(std::lround(std::min(square.width(), 1e5) * ratio)));
     QImage icon;
     if (look.mayHaveIcon) {

@@ -32,8 +32,8 @@ public:
     explicit ItemIcons(CanvasPictures& pictures) : m_pictures(pictures) {}
 
     ItemLook look(const DMGItem& item);
-    /// Draws the item's icon into the square; `ratio` is the device's pixels a painter's unit.
-    void draw(QPainter& painter, const DMGItem& item, const QRectF& square, double ratio);
+    /// Draws the icon of an item of that look into the square; `ratio` is the device's pixels a painter's unit.
+    void draw(QPainter& painter, const ItemLook& look, const QRectF& square, double ratio);
 
     /// A drawing begins: it may read for a moment.
     void beginDrawing();

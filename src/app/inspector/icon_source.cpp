@@ -18,7 +18,7 @@ IconSource::IconSource(QWidget* widget) : m_widget(widget)
 
 void IconSource::draw(QPainter& painter, const DMGItem& item, const QRectF& square)
 {
-    m_icons.draw(painter, item, square, m_widget->devicePixelRatioF());
+    m_icons.draw(painter, m_icons.look(item), square, m_widget->devicePixelRatioF());
 }
 
 void IconSource::endDrawing()
