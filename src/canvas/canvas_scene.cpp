@@ -129,10 +129,12 @@ void CanvasScene::refreshLayers(const SceneView& view, const Plan& plan)
     const bool atRest = plan.moving == plan.stops.size();
     const LayerKey key{m_generation,           view.region, view.ratio, view.place, view.dropTarget, m_themes.theme(),
                        m_colors.palette.accent};
-    const MovingKey movingKey{
-        view.moving, view.backgroundMoves, {m_state.selection(), m_state.overlaySelection(), m_state.textSelection()}};
-    const bool sameBase = key == m_key && m_keptMoving == !atRest && (atRest || movingKey == m_movingKey);
-    if (sameBase)
+    std::optional<MovingKey> movingKey;
+    if (!atRest)
+        movingKey = MovingKey{view.moving,
+                              view.backgroundMoves,
+                              {m_state.selection(), m_state.overlaySelection(), m_state.textSelection()}};
+    if (key == m_key && movingKey == m_movingKey)
         return;
     if (key != m_key) {
         m_surroundings = emptyLayer(view);
@@ -140,7 +142,7 @@ void CanvasScene::refreshLayers(const SceneView& view, const Plan& plan)
         drawSurroundings(painter, view);
     }
     const bool onlyBackground = plan.baseEnd == 2;
-    const bool keepBase = key == m_key && onlyBackground && m_base.size() == m_surroundings.size() && m_baseIsBare;
+    const bool keepBase = key == m_key && onlyBackground && m_baseIsBare;
     if (!keepBase)
         m_base = layer(view, plan, 0, plan.baseEnd);
     m_baseIsBare = onlyBackground;
@@ -154,7 +156,6 @@ void CanvasScene::refreshLayers(const SceneView& view, const Plan& plan)
     }
     m_key = key;
     m_movingKey = movingKey;
-    m_keptMoving = !atRest;
 }
 
 QImage CanvasScene::layer(const SceneView& view, const Plan& plan, std::size_t begin, std::size_t end)

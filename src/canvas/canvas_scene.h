@@ -121,9 +121,8 @@ private:
     CanvasColors m_colors{};                    ///< of the present drawing
     int m_generation = 0;
     LayerKey m_key{};
-    MovingKey m_movingKey{};
-    bool m_keptMoving = false;
-    bool m_baseIsBare = false; ///< the base ends above the background
+    std::optional<MovingKey> m_movingKey{}; ///< nothing while all is at rest
+    bool m_baseIsBare = false;              ///< the base ends above the background
     QImage m_surroundings{};
     QImage m_base{};
     QImage m_under{};
