@@ -244,10 +244,9 @@ void Menus::fillRecent()
         QString text = qtPath(file.filename());
         if (names[file.filename().string()] > 1)
             text += QStringLiteral(" — ") + qtPath(file.parent_path());
-        QAction* action = add(
+        add(
             m_recent, "recentDocument", [text] { return text; }, {},
             [this, file] { m_context.state.openHandedOver(file); }, onDocument());
-        action->setStatusTip(qtPath(file));
     }
     m_recent->addSeparator();
     add(

@@ -28,8 +28,6 @@ struct MenuTargets {
     std::function<void()> selectNext{};
     /// A sheet covers the window: commands on the document wait until it is closed.
     std::function<bool()> sheetIsOpen{};
-    /// Where Delete removes the selection; elsewhere the key means something else.
-    QWidget* canvas = nullptr;
 };
 
 /// The menu bar: every command with its shortcut, enabled as the editor state allows, in the chosen language.

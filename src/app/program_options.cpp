@@ -22,16 +22,16 @@ Images are built without a window by velmora-build.
 
 } // namespace
 
-std::optional<PlainAnswer> answerWithoutWindow(const std::vector<std::string>& arguments)
+std::optional<std::string> answerWithoutWindow(const std::vector<std::string>& arguments)
 {
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
     const auto given = [&](const char* shortName, const char* longName) {
         return std::any_of(arguments.begin(), end, [&](const auto& a) { return a == shortName || a == longName; });
     };
     if (given("-h", "--help"))
-        return PlainAnswer{help};
+        return help;
     if (given("-v", "--version"))
-        return PlainAnswer{std::string("velmora ") + programVersion + "\n"};
+        return std::string("velmora ") + programVersion + "\n";
     return std::nullopt;
 }
 

@@ -8,20 +8,14 @@
 namespace velmora
 {
 
-/// A command line that is answered with a text and no window.
-struct PlainAnswer {
-    std::string text{};
-    int exitStatus = 0;
-};
-
 /// What the command line asks the editor for.
 struct ProgramOptions {
     std::vector<std::filesystem::path> documents{}; ///< absolute
     std::string error{};                            ///< for a person, with a line end; empty when there is none
 };
 
-/// The answer to --help and --version.
-std::optional<PlainAnswer> answerWithoutWindow(const std::vector<std::string>& arguments);
+/// The text that answers --help and --version; nothing when a window is wanted.
+std::optional<std::string> answerWithoutWindow(const std::vector<std::string>& arguments);
 
 /// The arguments (without the program's name) that are left once Qt has taken its own.
 ProgramOptions parseProgramOptions(const std::vector<std::string>& arguments);

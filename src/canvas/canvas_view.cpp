@@ -222,7 +222,6 @@ void CanvasView::watchView()
 {
     m_zoomControl->showZoom(zoom());
     layOut();
-    emit zoomChanged();
 }
 
 void CanvasView::setZoom(std::optional<double> zoom)

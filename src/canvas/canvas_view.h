@@ -55,7 +55,6 @@ public slots:
 signals:
     /// Return was pressed: the selection is to be edited in figures.
     void editSelectionRequested();
-    void zoomChanged();
     /// An overlay's or caption's box while it is dragged, content points; the project learns of it at the end.
     void boxDragged(const Uuid& id, const Rect& bounds);
 

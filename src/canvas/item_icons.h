@@ -21,7 +21,6 @@ struct ItemLook {
     bool mayHaveIcon = false; ///< a bundle, which may bring its own icon
     std::string path{};       ///< of what the icon belongs to
     bool missing = false;     ///< the item is a file that is not there
-    bool operator==(const ItemLook&) const = default;
 };
 
 /// The icons of the items: a bundle's own, else one of ours. Reading many bundles takes a while, so that a drawing

@@ -22,8 +22,8 @@ int main(int argc, char** argv)
 {
     // Help needs no display.
     if (const auto answer = velmora::answerWithoutWindow({argv + 1, argv + argc})) {
-        (answer->exitStatus == 0 ? std::cout : std::cerr) << answer->text;
-        return answer->exitStatus;
+        std::cout << *answer;
+        return 0;
     }
     velmora::StopSource stop;
     velmora::stopOnSignals(stop);
