@@ -1,6 +1,5 @@
 #include "app/application.h"
 
-#include "app/kit/icons.h"
 #include "app/startup_time.h"
 #include "app/text.h"
 #include "app/theme/theme_manager.h"

@@ -12,7 +12,6 @@
 #include "app/menus.h"
 #include "app/settings/settings_window.h"
 #include "app/text.h"
-#include "app/theme/theme_manager.h"
 #include "app/toolbar.h"
 #include "app/typing.h"
 #include "app/window_size.h"
@@ -21,7 +20,6 @@
 #include "editor/app_state.h"
 #include "l10n/labels.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenuBar>

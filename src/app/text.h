@@ -11,7 +11,7 @@ namespace velmora
 
 /// UTF-8 as Qt takes it.
 QString qtText(std::string_view text);
-/// A path as Qt takes it; the file system's own bytes survive.
+/// A path as Qt takes it.
 QString qtPath(const std::filesystem::path& path);
 std::filesystem::path nativePath(const QString& path);
 /// The text for a key of the string tables.

@@ -9,8 +9,6 @@
 #include "l10n/l10n.h"
 #include "render/overlay_images.h"
 
-#include <QPainterPath>
-
 #include <algorithm>
 #include <cmath>
 

@@ -12,7 +12,6 @@
 
 #include <QPaintEvent>
 #include <QScrollBar>
-#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>

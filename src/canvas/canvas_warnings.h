@@ -3,8 +3,6 @@
 #include "canvas/item_icons.h"
 #include "model/project.h"
 
-#include <QPointF>
-#include <QRectF>
 #include <QString>
 
 #include <vector>

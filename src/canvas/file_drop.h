@@ -1,11 +1,8 @@
 #pragma once
 
-#include "model/geometry.h"
-
 #include <QWidget>
 
 #include <filesystem>
-#include <functional>
 #include <optional>
 
 class QMimeData;

@@ -7,8 +7,6 @@
 #include <QRectF>
 #include <QString>
 
-#include <optional>
-
 namespace velmora
 {
 

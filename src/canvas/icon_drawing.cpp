@@ -5,7 +5,6 @@
 #include <QPen>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace velmora

@@ -8,8 +8,9 @@
 #include <QColor>
 #include <QHash>
 #include <QPainter>
-#include <QRectF>
 
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace velmora

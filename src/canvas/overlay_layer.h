@@ -6,7 +6,6 @@
 #include "render/background_renderer.h"
 
 #include <QPainter>
-#include <QRectF>
 
 #include <vector>
 

@@ -3,7 +3,6 @@
 #include "app/theme/theme_manager.h"
 
 #include <QAbstractButton>
-#include <QPointer>
 
 #include <optional>
 

@@ -2,7 +2,6 @@
 
 #include "app/window_world.h"
 
-#include "app/inspector/file_facts.h"
 #include "app/inspector/folder_count.h"
 #include "app/inspector/item_list.h"
 #include "app/kit/note_banner.h"

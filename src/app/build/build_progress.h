@@ -1,6 +1,5 @@
 #pragma once
 
-#include "model/project.h"
 #include "pipeline/build_step.h"
 
 #include <chrono>
