@@ -52,7 +52,7 @@ QString ElementAccessible::text(QAccessible::Text kind) const
     if (!isSelected())
         return text;
     text += QStringLiteral(", selected");
-    const QString aligned = m_canvas->alignment();
+    const QString aligned = m_canvas->alignment(m_element);
     return aligned.isEmpty() ? text : text + QStringLiteral(", ") + aligned;
 }
 

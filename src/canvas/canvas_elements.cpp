@@ -83,7 +83,6 @@ std::optional<CanvasElement> selectedElement(const AppState& state)
             return CanvasElement{Kind::text, text->id};
         if (const DMGOverlayImage* overlay = state.selectedOverlay())
             return CanvasElement{Kind::overlay, overlay->id};
-        return std::nullopt;
     }
     const DMGItem* item = state.selectedItem();
     return item && !item->hidden ? std::optional(CanvasElement{Kind::item, item->id}) : std::nullopt;

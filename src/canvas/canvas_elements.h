@@ -21,7 +21,8 @@ struct CanvasElement {
 /// What can be selected in the mode, in the order in which Tab walks: the visible items; in background mode the
 /// overlays, then the captions.
 std::vector<CanvasElement> canvasElements(const DMGProject& project, EditorMode mode);
-/// The element of the mode that is selected, or nothing.
+/// What is selected: in background mode a caption before an overlay before an item, which can still be chosen in the
+/// list of items there; elsewhere the item.
 std::optional<CanvasElement> selectedElement(const AppState& state);
 /// The element after the selected one, or before it; without a selection the first, or the last. Nothing at the end.
 std::optional<CanvasElement> neighbour(const AppState& state, bool forward);

@@ -260,7 +260,6 @@ void CanvasView::finish(Ending ending)
     const Action action = std::exchange(m_action, Action{});
     if (std::holds_alternative<std::monostate>(action))
         return;
-    m_alignment.clear();
     if (const auto* icon = std::get_if<IconPress>(&action))
         finishIcon(*icon, ending);
     else if (const auto* box = std::get_if<BoxPress>(&action))
@@ -273,8 +272,12 @@ void CanvasView::finish(Ending ending)
         redrawAll();
     }
     updateGuides({});
-    if (ending == Ending::givenUp)
+    if (const auto* pan = std::get_if<Pan>(&action); pan && ending == Ending::givenUp) {
+        m_viewport.scrollTo(pan->scroll);
+        layOut();
+    } else if (ending == Ending::givenUp) {
         restoreSelections();
+    }
     setCursor(m_spaceHeld ? Qt::OpenHandCursor : Qt::ArrowCursor);
 }
 
@@ -289,8 +292,9 @@ void CanvasView::finishIcon(const IconPress& press, Ending ending)
         m_state.cancelGesture();
     } else {
         m_state.endGesture();
-        m_alignment = alignmentOf(m_guides, m_state.project(), press.id);
-        announceMoved(*this, {Kind::item, press.id});
+        const CanvasElement element{Kind::item, press.id};
+        m_aligned = {element, alignmentOf(m_guides, m_state.project(), press.id)};
+        announceMoved(*this, element);
     }
     updateElement({Kind::item, press.id});
 }
@@ -303,7 +307,7 @@ void CanvasView::finishBox(const BoxPress& press, Ending ending)
             m_state.commitTextOverlayBounds(element.id, press.drag.liveBounds);
         else
             m_state.commitOverlayBounds(element.id, press.drag.liveBounds);
-        m_alignment = alignmentOf(m_guides, m_state.project(), element.id);
+        m_aligned = {element, alignmentOf(m_guides, m_state.project(), element.id)};
         announceMoved(*this, element);
     } else {
         emit boxDragged(element.id, press.drag.startBounds);

@@ -87,7 +87,6 @@ bool CanvasView::zoomKey(const QKeyEvent& event)
 void CanvasView::nudge(double dx, double dy)
 {
     const auto element = selectedElement(m_state);
-    m_alignment.clear();
     if (element) {
         m_state.nudgeSelection(dx, dy);
         announceMoved(*this, *element);

@@ -1,6 +1,7 @@
 #include "canvas/canvas_pictures.h"
 
 #include "render/bundle_icon.h"
+#include "render/overlay_images.h"
 
 #include <algorithm>
 
@@ -52,6 +53,20 @@ PicturePtr CanvasPictures::picture(const std::string& path)
         m_decoded.erase(m_decoded.begin());
     PicturePtr picture = now.exists && !now.folder ? readPicture(QString::fromStdString(path)) : nullptr;
     m_decoded[path] = {now, picture};
+    return picture;
+}
+
+PicturePtr CanvasPictures::overlay(const DMGOverlayImage& overlay, const RenderContext& context)
+{
+    const FileStamp now = stamp(overlay.sourcePath);
+    const auto known = m_unreadable.find(overlay.sourcePath);
+    if (known != m_unreadable.end() && known->second == now && !overlay.builtInArrowID)
+        return nullptr;
+    PicturePtr picture = OverlayImageResolver::load(overlay, context.arrows, context.cache);
+    if (picture && known != m_unreadable.end())
+        m_unreadable.erase(known);
+    else if (!picture && now.exists)
+        m_unreadable[overlay.sourcePath] = now;
     return picture;
 }
 

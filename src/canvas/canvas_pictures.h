@@ -1,5 +1,6 @@
 #pragma once
 
+#include "render/background_renderer.h"
 #include "render/file_stamp.h"
 #include "render/picture.h"
 
@@ -26,6 +27,8 @@ public:
 
     /// The picture in a file, or null.
     PicturePtr picture(const std::string& path);
+    /// The picture of an overlay, or null. What cannot be read is tried again only when its file has changed.
+    PicturePtr overlay(const DMGOverlayImage& overlay, const RenderContext& context);
     /// The picture reduced to `pixels` when it is larger, else itself. Kept as long as there is room.
     PicturePtr reduced(const PicturePtr& picture, QSize pixels);
 
@@ -57,6 +60,7 @@ private:
 
     std::map<std::string, Stamped> m_stamps{};
     std::map<std::string, Decoded> m_decoded{};
+    std::map<std::string, FileStamp> m_unreadable{}; ///< pictures of overlays
     QCache<QString, Reduced> m_reduced;
     QCache<QString, BundleIcon> m_icons;
     int m_age = 0;

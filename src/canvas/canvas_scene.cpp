@@ -294,12 +294,12 @@ void CanvasScene::drawIcon(QPainter& painter, const QRectF& clip, const SceneVie
     const bool badged = m_badged.contains(item.id.bytes);
     const InContent inContent(painter, view, view.place.content);
     m_icons.draw(painter, item, project, scale, view.ratio,
-                 {!faded && m_state.selection() == item.id, faded, badged, m_colors.palette.accent});
+                 {m_state.selection() == item.id, faded, badged, m_colors.palette.accent});
 }
 
 void CanvasScene::drawGuides(QPainter& painter, const SceneView& view) const
 {
-    const InContent inContent(painter, view);
+    const InContent inContent(painter, view, view.place.content);
     for (const ShownGuide& guide : view.guides)
         drawGuide(painter, guide, view.place.content.size(), view.place.scale, view.ratio);
 }
@@ -332,9 +332,9 @@ void CanvasScene::expirePictures()
     m_cache.forgetChanged();
 }
 
-bool CanvasScene::isMissing(const DMGOverlayImage& overlay) const
+bool CanvasScene::isMissing(const DMGOverlayImage& overlay)
 {
-    return !OverlayImageResolver::load(overlay, m_arrows, m_cache);
+    return !m_pictures.overlay(overlay, context());
 }
 
 bool CanvasScene::showsEmptyHint(const DMGProject& project)

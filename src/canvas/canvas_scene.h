@@ -56,7 +56,7 @@ public:
     [[nodiscard]] QString warningText(const Uuid& item) const;
 
     /// Whether an overlay has no picture to draw.
-    [[nodiscard]] bool isMissing(const DMGOverlayImage& overlay) const;
+    [[nodiscard]] bool isMissing(const DMGOverlayImage& overlay);
     /// Whether the hint is shown that files may be dropped: there is none yet.
     static bool showsEmptyHint(const DMGProject& project);
 

@@ -5,10 +5,12 @@
 #include "canvas/canvas_accessibility.h"
 #include "canvas/file_drop.h"
 #include "canvas/geometry/canvas_scale.h"
+#include "canvas/hint_capsule.h"
 #include "canvas/qt_rect.h"
 #include "canvas/text_layer.h"
 #include "canvas/zoom_control.h"
 #include "l10n/labels.h"
+#include "model/document.h"
 
 #include <QPaintEvent>
 #include <QScrollBar>
@@ -61,6 +63,7 @@ CanvasView::CanvasView(AppState& state, ThemeManager& themes, const BuiltInArrow
       m_themes(themes),
       m_scene(state, themes, arrows, cache),
       m_drop(new DropSurface(this)),
+      m_hintDrop(new DropSurface(this)),
       m_zoomControl(new ZoomControl(themes, this)),
       m_across(new QScrollBar(Qt::Horizontal, this)),
       m_down(new QScrollBar(Qt::Vertical, this))
@@ -80,11 +83,14 @@ CanvasView::CanvasView(AppState& state, ThemeManager& themes, const BuiltInArrow
         connect(bar, &QScrollBar::valueChanged, this, &CanvasView::scrollBarMoved);
     }
     connect(m_zoomControl, &ZoomControl::zoomChosen, this, &CanvasView::setZoom);
-    connect(m_drop, &DropSurface::dropped, this, &CanvasView::dropFile);
-    connect(m_drop, &DropSurface::targetedChanged, this, [this](bool targeted) {
-        m_dropTarget = targeted;
-        update();
-    });
+    m_hintDrop->leaveToOthers(Document::fileExtension);
+    for (DropSurface* surface : {m_drop, m_hintDrop}) {
+        connect(surface, &DropSurface::dropped, this, &CanvasView::dropFile);
+        connect(surface, &DropSurface::targetedChanged, this, [this](bool targeted) {
+            m_dropTarget = targeted;
+            update();
+        });
+    }
     m_reading.setSingleShot(true);
     connect(&m_reading, &QTimer::timeout, this, [this] {
         m_scene.icons().icons().readSome();
@@ -178,8 +184,7 @@ void CanvasView::layOut()
 {
     m_viewport.setRegion(size(), devicePixelRatioF());
     m_viewport.scrollTo(m_viewport.scrollPosition());
-    const CanvasPlacement place = m_viewport.placement();
-    m_drop->setGeometry((place.window() & QRectF(rect())).toAlignedRect());
+    placeDropSurfaces();
 
     const QSizeF range = m_viewport.scrollRange();
     const QPointF position = m_viewport.scrollPosition();
@@ -205,6 +210,14 @@ void CanvasView::layOut()
                         height() - m_zoomControl->height() - std::max(inset, bottom));
     m_zoomControl->raise();
     update();
+}
+
+void CanvasView::placeDropSurfaces()
+{
+    const QRectF window = m_viewport.placement().window();
+    m_drop->setGeometry((window & QRectF(rect())).toAlignedRect());
+    m_hintDrop->setVisible(CanvasScene::showsEmptyHint(m_state.project()));
+    m_hintDrop->setGeometry(EmptyHint(window, size()).area().toAlignedRect());
 }
 
 void CanvasView::scrollBarMoved()
@@ -320,9 +333,15 @@ void CanvasView::updateGuides(const std::vector<ShownGuide>& guides)
     m_guides = guides;
 }
 
+QString CanvasView::alignment(const CanvasElement& element) const
+{
+    return m_aligned && m_aligned->first == element ? m_aligned->second : QString();
+}
+
 void CanvasView::projectDidChange()
 {
     const DMGProject& now = m_state.project();
+    m_aligned.reset();
     const double scale = m_viewport.scale();
     if (now.windowWidth != m_shown.windowWidth || now.windowHeight != m_shown.windowHeight) {
         m_viewport.setContentSize(now.contentSize());
@@ -350,6 +369,7 @@ void CanvasView::projectDidChange()
         }
     }
     m_shown = now;
+    placeDropSurfaces();
     if (m_scene.refreshWarnings())
         redrawAll();
 }
@@ -359,6 +379,7 @@ void CanvasView::selectionDidChange()
     const std::optional<CanvasElement> now = selectedElement(m_state);
     if (now == m_shownSelection)
         return;
+    m_aligned.reset();
     for (const auto& element : {m_shownSelection, now}) {
         if (element)
             updateElement(*element);

@@ -43,8 +43,9 @@ public:
     [[nodiscard]] QRectF areaOf(const CanvasElement& element);
     /// What is the matter with things on the canvas.
     [[nodiscard]] const std::vector<CanvasWarning>& warnings() const { return m_scene.warnings(); }
-    /// The names of what the moving element is aligned with.
-    [[nodiscard]] QString alignment() const { return m_alignment; }
+    /// Where the element was just brought to rest: "aligned with" and the names; empty when it is not the last one that
+    /// was moved, or not aligned.
+    [[nodiscard]] QString alignment(const CanvasElement& element) const;
 
 public slots:
     /// The next larger preset, the next smaller one, or as large as the region allows.
@@ -118,6 +119,7 @@ private:
 
     void connectState();
     void layOut();
+    void placeDropSurfaces();
     void watchView();
     [[nodiscard]] SceneView sceneView() const;
     void updateContent();
@@ -163,12 +165,14 @@ private:
     Action m_action{};
     Before m_before{};
     std::vector<ShownGuide> m_guides{};
-    QString m_alignment{};
+    /// The element that was moved last, and what it is aligned with.
+    std::optional<std::pair<CanvasElement, QString>> m_aligned{};
     QTimer m_reading{};
     bool m_dropTarget = false;
     bool m_linkHovered = false;
     bool m_spaceHeld = false;
     DropSurface* m_drop = nullptr;
+    DropSurface* m_hintDrop = nullptr; ///< over the hint that asks for files
     ZoomControl* m_zoomControl = nullptr;
     QScrollBar* m_across = nullptr;
     QScrollBar* m_down = nullptr;

@@ -57,7 +57,9 @@ void CanvasViewport::setZoom(std::optional<double> zoom)
 void CanvasViewport::zoomAt(QPointF widgetPoint, double zoom)
 {
     const Point held = placement().toContent(widgetPoint);
-    m_zoom = std::clamp(zoom, smallestZoom, largestZoom);
+    // A large window fits only at a smaller zoom than that.
+    const double fitted = CanvasScale::inForce({}, m_content, {m_region.width(), m_region.height()});
+    m_zoom = std::clamp(zoom, std::min(smallestZoom, fitted), largestZoom);
     m_scroll = {};
     const QPointF corner = placement().content.topLeft();
     m_scroll = corner + QPointF(held.x, held.y) * *m_zoom - widgetPoint;

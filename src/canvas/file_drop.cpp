@@ -28,7 +28,8 @@ std::optional<std::filesystem::path> DropSurface::firstFile(const QMimeData& dat
 
 void DropSurface::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!firstFile(*event->mimeData())) {
+    const auto file = firstFile(*event->mimeData());
+    if (!file || (!m_left.empty() && file->extension() == "." + m_left)) {
         event->ignore();
         return;
     }

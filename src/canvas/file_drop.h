@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <string_view>
 
 class QMimeData;
 
@@ -20,6 +22,9 @@ class DropSurface : public QWidget
 public:
     explicit DropSurface(QWidget* canvas);
 
+    /// Leaves files of this extension to the windows below.
+    void leaveToOthers(std::string_view extension) { m_left = extension; }
+
     /// The first file of a drag; nothing when it carries none.
     static std::optional<std::filesystem::path> firstFile(const QMimeData& data);
 
@@ -33,6 +38,9 @@ protected:
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+
+private:
+    std::string m_left{};
 };
 
 } // namespace velmora

@@ -21,7 +21,7 @@ std::vector<OverlayBox> boxes(const DMGProject& project)
 void draw(QPainter& painter, const DMGOverlayImage& overlay, double scale, double ratio, CanvasPictures& pictures,
           const RenderContext& context)
 {
-    const PicturePtr picture = OverlayImageResolver::load(overlay, context.arrows, context.cache);
+    const PicturePtr picture = pictures.overlay(overlay, context);
     if (!picture)
         return;
     const Rect box = BoxGeometry::viewRect(overlay.bounds(), scale);

@@ -176,7 +176,8 @@ TEST(CanvasBoxDrag, namesWhatTheBoxCameToRestOn)
         w.canvas.setZoom(1);
         w.state.selectOverlay(project.overlayImages[0].id);
         w.drag({440, 70}, {c.left + 40, 70});
-        EXPECT_EQ(w.canvas.alignment(), QString::fromUtf8(c.spoken));
+        EXPECT_EQ(w.canvas.alignment({CanvasElement::Kind::overlay, project.overlayImages[0].id}),
+                  QString::fromUtf8(c.spoken));
     }
 }
 

@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QFile>
 #include <QMenu>
 #include <QMimeData>
 #include <QUrl>
@@ -303,6 +304,95 @@ TEST(CanvasPicturesOnDisk, aChangedOverlayIsReadAnew)
     EXPECT_EQ(w.screen().pixelColor(middle), QColor(Qt::blue));
 }
 
+TEST(CanvasPicturesOnDisk, aDamagedOverlayIsTriedAgainOnceItsFileHasChanged)
+{
+    CanvasWorld w;
+    DMGProject project = CanvasWorld::emptyWindow();
+    project.overlayImages = {w.overlay({200, 100, 200, 100})};
+    const QString file = QString::fromStdString(project.overlayImages[0].sourcePath);
+    const QImage whole(file);
+    const auto write = [&](const QByteArray& bytes) {
+        QFile damaged(file);
+        ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+        damaged.write(bytes);
+    };
+    write("nothing");
+    w.open(project);
+    w.state.setEditorMode(EditorMode::background);
+    const QPoint middle = w.widgetPoint({300, 150}).toPoint();
+    EXPECT_NE(w.screen().pixelColor(middle), QColor(Qt::red));
+    ASSERT_TRUE(whole.save(file));
+    w.canvas.update();
+    EXPECT_NE(w.screen().pixelColor(middle), QColor(Qt::red)) << "read at every repaint";
+    QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+    QCoreApplication::sendEvent(&w.canvas, &enter);
+    EXPECT_EQ(w.screen().pixelColor(middle), QColor(Qt::red));
+}
+
+TEST(CanvasKeys, escapeBringsAPanBackAndNothingElse)
+{
+    CanvasWorld w;
+    DMGProject project = CanvasWorld::emptyWindow();
+    project.overlayImages = {w.overlay({200, 100, 200, 100})};
+    w.open(project);
+    w.state.selectOverlay(project.overlayImages[0].id);
+    w.state.setEditorMode(EditorMode::background);
+    w.canvas.setZoom(4.0);
+    const QPointF before = w.canvas.placement().content.topLeft();
+    const QPointF start(300, 300);
+    const auto send = [&](QEvent::Type type, QPointF at, Qt::MouseButton button) {
+        QMouseEvent event(type, at, w.canvas.mapToGlobal(at), button, Qt::MiddleButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&w.canvas, &event);
+    };
+    send(QEvent::MouseButtonPress, start, Qt::MiddleButton);
+    send(QEvent::MouseMove, start + QPointF(40, 25), Qt::NoButton);
+    EXPECT_NE(w.canvas.placement().content.topLeft(), before);
+    w.key(Qt::Key_Escape);
+    EXPECT_EQ(w.canvas.placement().content.topLeft(), before);
+    EXPECT_EQ(w.state.overlaySelection(), project.overlayImages[0].id);
+    EXPECT_EQ(w.state.editorMode(), EditorMode::background);
+}
+
+TEST(CanvasKeys, moveAnItemThatWasChosenInAListWhileTheBackgroundIsEdited)
+{
+    CanvasWorld w;
+    DMGProject project = CanvasWorld::emptyWindow();
+    project.items = {CanvasWorld::item("Applications", 450, 166)};
+    project.backgroundKind = BackgroundKind::image;
+    project.backgroundImagePath = w.world.picture("ground.png", 60, 40).string();
+    w.open(project);
+    w.state.editBackground();
+    w.state.selectItem(project.items[0].id);
+    w.key(Qt::Key_Right);
+    EXPECT_EQ(w.state.project().items[0].x, 451);
+    EXPECT_EQ(w.state.project().backgroundImageOffsetX, 0);
+}
+
+TEST(CanvasDrop, takesAFileOnTheHintThatAsksForOneButNoDocument)
+{
+    CanvasWorld w;
+    w.open(CanvasWorld::emptyWindow());
+    const QRectF window = w.canvas.placement().window();
+    const QPointF below(window.center().x(), window.bottom() + 40);
+    const auto isTaken = [&](const char* file) {
+        QWidget* surface = w.canvas.childAt(below.toPoint());
+        if (!surface)
+            return false;
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QLatin1String(file))});
+        QDragEnterEvent event(surface->mapFrom(&w.canvas, below.toPoint()), Qt::CopyAction, &data, Qt::LeftButton, {});
+        event.ignore();
+        QCoreApplication::sendEvent(surface, &event);
+        return event.isAccepted();
+    };
+    EXPECT_TRUE(isTaken("/nowhere/Larkspur.app"));
+    EXPECT_FALSE(isTaken("/nowhere/Larkspur.velmora")) << "which the window opens";
+    DMGProject filled = CanvasWorld::emptyWindow();
+    filled.items = {{.sourcePath = "/nowhere/Larkspur.app", .displayName = "Larkspur.app", .x = 169, .y = 166}};
+    w.open(filled);
+    EXPECT_FALSE(isTaken("/nowhere/Larkspur.app"));
+}
+
 TEST(CanvasAccessibility, isAListOfWhatCanBeSelected)
 {
     CanvasWorld w;
@@ -329,6 +419,8 @@ TEST(CanvasAccessibility, isAListOfWhatCanBeSelected)
 
     w.drag({169, 150}, {169, 170});
     EXPECT_TRUE(list->child(0)->text(QAccessible::Name).endsWith("selected, aligned with Applications"));
+    w.state.selectItem(project.items[1].id);
+    EXPECT_TRUE(list->child(1)->text(QAccessible::Name).endsWith("selected")) << "nobody moved it";
 
     w.state.editBackground();
     EXPECT_EQ(list->child(0)->text(QAccessible::Name), "Pro Swoosh 3D, arrow, at 246, 146, 153 by 41");
