@@ -113,12 +113,23 @@ void requireSense(const BuildOptions& options)
         throw UsageError("the document's name must end in \".velmora\": " + *options.initDocument);
 }
 
+std::filesystem::path absolutePath(const char* what, const std::string& name)
+{
+    if (name.empty())
+        throw UsageError(std::string(what) + " needs a file name, but the one given is empty");
+    try {
+        return std::filesystem::absolute(name).lexically_normal();
+    } catch (const std::filesystem::filesystem_error& error) { // the current folder is gone
+        throw UsageError(std::string(what) + " cannot be found: " + name + ": " + error.code().message());
+    }
+}
+
 /// One file cannot be two things.
 void requireDifferentFiles(const BuildOptions& options)
 {
     std::map<std::filesystem::path, const char*> files;
     const auto add = [&](const char* what, const std::string& name) {
-        const auto path = std::filesystem::absolute(name).lexically_normal();
+        const auto path = absolutePath(what, name);
         if (const auto [earlier, isNew] = files.emplace(path, what); !isNew)
             throw UsageError(std::string(earlier->second) + " and " + what + " are the same file: " + name);
     };

@@ -35,6 +35,10 @@ TEST(BuildOptions, refusesWhatItDoesNotUnderstand)
         {"a document of another kind", {"--init", "a.dmg", "a.app"}, ".velmora"},
         {"the report over the project", {"--report", "./x/../a", "a", "b.dmg"}, "the project and --report"},
         {"the log over the report", {"--report", "r", "--log", "r", "a", "b.dmg"}, "--log and --report"},
+        {"a project without a name", {"", "b.dmg"}, "the project needs a file name"},
+        {"checking a project without a name", {"--check", ""}, "the project needs a file name"},
+        {"a log without a name", {"--log", "", "a", "b.dmg"}, "--log needs a file name"},
+        {"a report without a name", {"--report", "", "a", "b.dmg"}, "--report needs a file name"},
         {"a map to a relative path", {"--map", "/a=b", "a", "b.dmg"}, "FROM=TO"},
     };
     for (const auto& c : cases) {
