@@ -159,7 +159,7 @@ int buildWithReport(const BuildOptions& options, const StopToken& stop)
 {
     BuildReport report{.project = fs::absolute(options.project).string(),
                        .output = fs::absolute(options.output).string()};
-    if (*options.report != "-")
+    if (*options.report != "-" && !isStream(*options.report)) // to be read once, when it is complete
         writeReport(report, *options.report);
     report.exitStatus = guarded(options, report.error, [&] {
         build(options, stop, report);

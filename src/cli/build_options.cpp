@@ -1,5 +1,6 @@
 #include "cli/build_options.h"
 
+#include "cli/result_file.h"
 #include "cli/usage_error.h"
 
 #include <QCommandLineParser>
@@ -156,6 +157,8 @@ BuildOptions optionsFrom(const Parser& given)
                          .strict = given.parser.isSet(given.strict)};
     takeNames(given, options);
     takeMaps(given, options);
+    if (options.report == standardOutput)
+        options.report = "-";
     requireSense(options);
     requireDifferentFiles(options);
     if (options.report == "-")

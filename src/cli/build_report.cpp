@@ -1,6 +1,6 @@
 #include "cli/build_report.h"
 
-#include "platform/file_tree.h"
+#include "cli/result_file.h"
 #include "platform/version.h"
 
 #include <QJsonArray>
@@ -9,7 +9,6 @@
 #include <QString>
 
 #include <cmath>
-#include <iostream>
 
 namespace velmora::cli
 {
@@ -96,13 +95,7 @@ std::string toJson(const BuildReport& report)
 
 void writeReport(const BuildReport& report, const std::string& path)
 {
-    if (path != "-") {
-        writeFileAtomically(path, toJson(report));
-        return;
-    }
-    std::cout << toJson(report) << std::flush;
-    if (!std::cout)
-        throw FileError("The report cannot be written to standard output");
+    writeResult(path == "-" ? standardOutput : path, toJson(report));
 }
 
 } // namespace velmora::cli

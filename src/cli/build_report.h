@@ -30,7 +30,7 @@ struct BuildReport {
 /// The report as JSON: every key always there, null where nothing is known.
 std::string toJson(const BuildReport& report);
 
-/// Writes the report to a file, atomically, or to standard output when `path` is "-". Throws FileError.
+/// Writes the report to a file, a pipe or a device, or to standard output when `path` is "-". Throws FileError.
 void writeReport(const BuildReport& report, const std::string& path);
 
 } // namespace velmora::cli

@@ -1,8 +1,8 @@
 #include "cli/inspect_command.h"
 
 #include "cli/opened_image.h"
+#include "cli/result_file.h"
 #include "diskimage/base/error.h"
-#include "platform/file_tree.h"
 #include "render/picture.h"
 
 #include <QBuffer>
@@ -148,7 +148,7 @@ void writeBackground(const OpenedImage& opened, const std::string& target)
     const double width = read->layout.right - read->layout.left;
     const int dpi = width > 0 && picture.width() > width ? 144 : 72;
     const QByteArray png = encodePng(picture, dpi);
-    writeFileAtomically(target, std::string_view(png.constData(), static_cast<std::size_t>(png.size())));
+    writeResult(target, std::string_view(png.constData(), static_cast<std::size_t>(png.size())));
 }
 
 } // namespace

@@ -43,6 +43,17 @@ struct stat requireRegular(const FileDescriptor& file, const char* action, const
     return status;
 }
 
+/// Only a file can be replaced: in the place of a device or a pipe, a file would take from everybody what that is for.
+/// A folder is left to the system to complain about.
+void requireReplaceable(const std::filesystem::path& path)
+{
+    std::error_code ignored;
+    const std::filesystem::file_status found = std::filesystem::status(path, ignored);
+    if (std::filesystem::exists(found) && !std::filesystem::is_regular_file(found) &&
+        !std::filesystem::is_directory(found))
+        throwFileError("write", path, "it is not an ordinary file");
+}
+
 /// A new file beside the one that it will replace; removed again unless it was moved there.
 class TemporaryFile
 {
@@ -92,6 +103,7 @@ int makeLasting(int fd)
 void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes)
 {
     requireUsable("write", path);
+    requireReplaceable(path);
     TemporaryFile temporary(path);
     writeAll(temporary.file, bytes, path);
     // Otherwise the new name could outlive a power failure and its content not.
@@ -111,6 +123,25 @@ void writeFile(const std::filesystem::path& path, std::string_view bytes)
     requireRegular(file, "write", path);
     if (::ftruncate(file.get(), 0) != 0)
         throwFileError("write", path, errno);
+    writeAll(file, bytes, path);
+    finishWriting(file, path);
+}
+
+bool isStream(const std::filesystem::path& path)
+{
+    std::error_code ignored;
+    const std::filesystem::file_status found = std::filesystem::status(path, ignored);
+    return std::filesystem::is_fifo(found) || std::filesystem::is_character_file(found);
+}
+
+void writeToStream(const std::filesystem::path& path, std::string_view bytes)
+{
+    requireUsable("write", path);
+    FileDescriptor file(
+        retryInterrupted([&] { return ::open(path.c_str(), O_WRONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC); }));
+    // Opening did not wait for a reader; writing does.
+    if (!file || ::fcntl(file.get(), F_SETFL, 0) != 0)
+        throwFileError("write", path, errno == ENXIO ? "nobody reads from it" : systemErrorText(errno));
     writeAll(file, bytes, path);
     finishWriting(file, path);
 }

@@ -64,12 +64,17 @@ CopyReport copyTree(const std::filesystem::path& source, const std::filesystem::
 void removeTree(const std::filesystem::path& path);
 
 /// Writes a whole file through a temporary one in the same folder and a rename: a reader sees the old content or the
-/// new one. A link at `path` is replaced, not followed; the mode is 0644 less the user's umask. Throws FileError; the
-/// old file stays then.
+/// new one. A link at `path` is replaced, not followed, unless it leads to a device or a pipe: these are refused, as
+/// they are themselves. The mode is 0644 less the user's umask. Throws FileError; the old file stays then.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
 /// Writes a whole file in place, emptied first; a link is followed. Anything but an ordinary file is refused. Throws
 /// FileError.
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
+/// Whether `path` leads to a pipe or a character device (a terminal, the null device): something to write to, which is
+/// not to be replaced.
+bool isStream(const std::filesystem::path& path);
+/// Writes to such a one. Throws FileError, also when nobody reads from the pipe.
+void writeToStream(const std::filesystem::path& path, std::string_view bytes);
 /// Reads a whole ordinary file of at most `limit` bytes. Throws FileError.
 std::string readFile(const std::filesystem::path& path, std::uint64_t limit);
 /// Makes what was written to the file or folder lasting.

@@ -69,6 +69,7 @@ TEST(BuildOptions, readsEveryOption)
     EXPECT_EQ(first.options->report, "-");
     EXPECT_EQ(first.options->initDocument, "a.velmora");
     EXPECT_TRUE(first.options->quiet) << "standard output is the report's";
+    EXPECT_EQ(parseBuildOptions({"velmora-build", "--report", "/dev/stdout", "a", "b.dmg"}).options->report, "-");
     EXPECT_EQ(parseBuildOptions({"velmora-build", "--check", "a"}).options->output, "");
 }
 

@@ -6,7 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace velmora
 {
@@ -54,6 +56,31 @@ TEST(WriteFile, aFailureLeavesTheOldFileAndNoRemains)
     EXPECT_THROW(writeFile(folder / "goal", "x"), FileError);
     EXPECT_THROW(writeFile(folder / "pipe", "x"), FileError); // and does not wait for a reader
     EXPECT_THAT(listFolder(folder.path), ElementsAre("goal", "pipe"));
+}
+
+TEST(WriteFile, replacesNoPipeAndNoDevice)
+{
+    TemporaryFolder folder;
+    const fs::path pipe = folder / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    fs::create_symlink("/dev/null", folder / "device");
+    for (const char* const name : {"pipe", "device"}) {
+        SCOPED_TRACE(name);
+        EXPECT_THROW(writeFileAtomically(folder / name, "x"), FileError);
+        EXPECT_TRUE(isStream(folder / name));
+    }
+    EXPECT_THAT(listFolder(folder.path), ElementsAre("device", "pipe"));
+    EXPECT_FALSE(isStream(folder.path));
+
+    writeToStream(folder / "device", "x");
+    EXPECT_THROW(writeToStream(pipe, "x"), FileError) << "nobody reads";
+    const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    writeToStream(pipe, "text");
+    std::string text(10, '\0');
+    EXPECT_EQ(::read(reader, text.data(), text.size()), 4);
+    EXPECT_EQ(text.substr(0, 4), "text");
+    ::close(reader);
 }
 
 TEST(ClaimedPath, isRemovedOnceItsProcessIsGone)
