@@ -98,7 +98,7 @@ bool isTemporary(std::string_view name, std::string_view prefix, std::string_vie
         name.substr(name.size() - suffix.size()) != suffix)
         return false;
     const std::string_view middle = name.substr(prefix.size(), name.size() - prefix.size() - suffix.size());
-    return isRandomName(middle) || isUuid(middle);
+    return isUuid(middle) || (prefix == temporaryPrefix && isRandomName(middle));
 }
 
 void removeIfAbandoned(const std::filesystem::path& path)

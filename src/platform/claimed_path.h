@@ -28,8 +28,9 @@ ClaimedPath makeClaimedFolder(const std::filesystem::path& path);
 std::string temporaryFileName();
 inline constexpr std::string_view temporaryPrefix = ".velmora-";
 
-/// Removes from `folder` the user's own files and folders that are named `prefix`, then twelve letters and digits or an
-/// upper-case UUID, then `suffix`, and that nobody holds. What cannot be examined or removed stays.
+/// Removes from `folder` the user's own files and folders that are named `prefix`, an upper-case UUID and `suffix`, and
+/// that nobody holds; with `temporaryPrefix` also those of temporaryFileName(). Twelve letters after any other prefix
+/// may be anybody's word. What cannot be examined or removed stays.
 void removeAbandoned(const std::filesystem::path& folder, std::string_view prefix, std::string_view suffix = {});
 
 } // namespace velmora

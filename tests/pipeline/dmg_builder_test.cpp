@@ -368,13 +368,16 @@ TEST_F(Builder, removesWhatAKilledBuildLeftAndNothingElse)
     fs::create_directories(world.temporary);
     const fs::path killed = left("velmora-build-" + BuildWorld::uuid(90));
     const fs::path theUsers = left("velmora-build-of-today");
+    const fs::path theirIcons = left("icon-applications.iconset");
     const ClaimedPath running = makeClaimedFolder(world.temporary / ("velmora-build-" + BuildWorld::uuid(91)));
     const fs::path linked = world.temporary / ("velmora-build-" + BuildWorld::uuid(92));
     fs::create_directory_symlink(theUsers, linked);
 
+    project.volumeIconPath = project.overlayImages.at(0).sourcePath;
     EXPECT_EQ(world.build(project), "");
     EXPECT_FALSE(fs::exists(killed));
     EXPECT_TRUE(fs::exists(theUsers / "content"));
+    EXPECT_TRUE(fs::exists(theirIcons / "content"));
     EXPECT_TRUE(fs::exists(running.path));
     EXPECT_TRUE(fs::is_symlink(linked));
 }
