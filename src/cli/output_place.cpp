@@ -7,22 +7,14 @@ namespace velmora::cli
 {
 namespace fs = std::filesystem;
 
-namespace
-{
-
-constexpr std::string_view prefix = ".velmora-output-";
-
-} // namespace
-
 OutputPlace::OutputPlace(fs::path output) : m_output(fs::absolute(std::move(output)))
 {
     std::error_code error;
     if (fs::is_directory(fs::symlink_status(m_output, error)))
         throw FileError("The output is a folder: " + m_output.string());
     const fs::path parent = m_output.parent_path();
-    removeAbandoned(parent, prefix);
     try {
-        m_folder = makeClaimedFolder(parent / (std::string(prefix) + Uuid::random().toString()));
+        m_folder = claimFolder(parent, {.prefix = ".velmora-output-", .uuid = Uuid::random().toString()});
     } catch (const FileError& reason) {
         throw FileError("Cannot write into the output's folder " + parent.string() + ": " + reason.what());
     }

@@ -9,8 +9,8 @@ namespace velmora::cli
 {
 
 /// A private folder beside the wanted output, in which the image is built under its final name: an older image stays
-/// until a new one is complete. The folder goes away with the object; what a killed process
-/// left beside the output goes when the next one is made.
+/// until a new one is complete. The folder goes away with the object; what a killed process left beside the output goes
+/// when the next one is made.
 class OutputPlace
 {
 public:

@@ -16,9 +16,8 @@ ScratchFolder::ScratchFolder(const fs::path& parent, std::string_view prefix, st
 {
     std::error_code error;
     fs::create_directories(parent, error);
-    removeAbandoned(parent, prefix, suffix);
     try {
-        m_folder = makeClaimedFolder(parent / std::string(prefix).append(uuid).append(suffix));
+        m_folder = claimFolder(parent, {.prefix = prefix, .uuid = uuid, .suffix = suffix});
     } catch (const FileError&) {
         if (error)
             throw FileError("The folder “" + parent.string() + "” could not be made: " + error.message() + ".");

@@ -27,9 +27,6 @@ void logOutput(const std::string& text, const LogCallback& log)
         log(trimmed(text));
 }
 
-constexpr std::string_view scriptPrefix = "velmora-";
-constexpr std::string_view scriptSuffix = ".applescript";
-
 /// A file that goes away with this object.
 struct TemporaryFile {
     ClaimedPath file{};
@@ -70,11 +67,8 @@ ShellResult Shell::runAppleScript(const std::string& script, const LogCallback& 
 {
     TemporaryFile temporary;
     try {
-        const std::filesystem::path folder = m_settings.temporaryFolder();
-        removeAbandoned(folder, scriptPrefix, scriptSuffix);
-        const std::filesystem::path path =
-            folder / std::string(scriptPrefix).append(m_settings.uuid()).append(scriptSuffix);
-        temporary.file = makeClaimedFile(path, path);
+        temporary.file = claimFile(m_settings.temporaryFolder(),
+                                   {.prefix = "velmora-", .uuid = m_settings.uuid(), .suffix = ".applescript"});
         writeFile(temporary.file.path, script);
     } catch (const std::exception& error) {
         return {-1, {}, std::string("Could not write AppleScript: ") + error.what()};

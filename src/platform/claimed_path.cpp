@@ -15,6 +15,8 @@ namespace velmora
 namespace
 {
 
+/// Hidden ones have random names, all others UUIDs: twelve letters after another prefix may be anybody's word.
+constexpr std::string_view hiddenPrefix = ".velmora-";
 constexpr std::size_t randomNameLength = 12;
 constexpr mode_t fileMode = 0644; ///< less what the user's umask takes away
 constexpr mode_t folderMode = 0700;
@@ -98,7 +100,7 @@ bool isTemporary(std::string_view name, std::string_view prefix, std::string_vie
         name.substr(name.size() - suffix.size()) != suffix)
         return false;
     const std::string_view middle = name.substr(prefix.size(), name.size() - prefix.size() - suffix.size());
-    return isUuid(middle) || (prefix == temporaryPrefix && isRandomName(middle));
+    return isUuid(middle) || (prefix == hiddenPrefix && isRandomName(middle));
 }
 
 void removeIfAbandoned(const std::filesystem::path& path)
@@ -116,30 +118,8 @@ void removeIfAbandoned(const std::filesystem::path& path)
         removeTree(path);
 }
 
-} // namespace
-
-ClaimedPath makeClaimedFile(const std::filesystem::path& path, const std::filesystem::path& goal)
-{
-    return claimNew(path, openNew, "write", goal);
-}
-
-ClaimedPath makeClaimedFolder(const std::filesystem::path& path)
-{
-    return claimNew(path, openNewFolder, "make", path);
-}
-
-std::string temporaryFileName()
-{
-    constexpr std::string_view characters = "0123456789abcdefghijklmnopqrstuvwxyz";
-    std::random_device random;
-    std::uniform_int_distribution<std::size_t> choice(0, characters.size() - 1);
-    std::string name(temporaryPrefix);
-    for (std::size_t i = 0; i < randomNameLength; ++i)
-        name += characters[choice(random)];
-    return name;
-}
-
-void removeAbandoned(const std::filesystem::path& folder, std::string_view prefix, std::string_view suffix)
+/// Removes from `folder` what is named like these and nobody holds.
+void removeAbandoned(const std::filesystem::path& folder, std::string_view prefix, std::string_view suffix = {})
 {
     std::error_code ended;
     for (std::filesystem::directory_iterator entry(folder, ended); !ended && entry != std::filesystem::end(entry);
@@ -151,6 +131,54 @@ void removeAbandoned(const std::filesystem::path& folder, std::string_view prefi
             // It is not ours to complain about what somebody else left; it stays.
         }
     }
+}
+
+std::filesystem::path newPath(const std::filesystem::path& folder, const ClaimedName& name)
+{
+    removeAbandoned(folder, name.prefix, name.suffix);
+    return folder / std::string(name.prefix).append(name.uuid).append(name.suffix);
+}
+
+std::string randomName()
+{
+    constexpr std::string_view characters = "0123456789abcdefghijklmnopqrstuvwxyz";
+    std::random_device random;
+    std::uniform_int_distribution<std::size_t> choice(0, characters.size() - 1);
+    std::string name;
+    for (std::size_t i = 0; i < randomNameLength; ++i)
+        name += characters[choice(random)];
+    return name;
+}
+
+std::filesystem::path newPathBeside(const std::filesystem::path& goal)
+{
+    const std::filesystem::path folder = goal.parent_path(); // of "name" it is the current one
+    removeAbandoned(folder.empty() ? "." : folder, hiddenPrefix);
+    return folder / std::string(hiddenPrefix).append(randomName());
+}
+
+} // namespace
+
+ClaimedPath claimFile(const std::filesystem::path& folder, const ClaimedName& name)
+{
+    const std::filesystem::path path = newPath(folder, name);
+    return claimNew(path, openNew, "write", path);
+}
+
+ClaimedPath claimFolder(const std::filesystem::path& folder, const ClaimedName& name)
+{
+    const std::filesystem::path path = newPath(folder, name);
+    return claimNew(path, openNewFolder, "make", path);
+}
+
+ClaimedPath claimFileBeside(const std::filesystem::path& goal)
+{
+    return claimNew(newPathBeside(goal), openNew, "write", goal);
+}
+
+ClaimedPath claimFolderBeside(const std::filesystem::path& goal)
+{
+    return claimNew(newPathBeside(goal), openNewFolder, "make", goal);
 }
 
 } // namespace velmora

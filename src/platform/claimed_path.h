@@ -2,12 +2,12 @@
 
 #include <filesystem>
 #include <memory>
-#include <string>
 #include <string_view>
 
 /// Temporary files and folders that a crash must not leave behind for good. Whoever makes one holds a lock on it for as
 /// long as it is in use; the system gives the lock up even when the process is killed. What nobody holds any more was
-/// left by a crash, and the next one to come along removes it.
+/// left by a crash, and is removed before another one of its kind is made in the same folder: what is the user's own
+/// and has the same prefix, an upper-case UUID and the same suffix. What cannot be examined or removed stays.
 namespace velmora
 {
 
@@ -18,19 +18,23 @@ struct ClaimedPath {
     std::shared_ptr<const void> claim{};
 };
 
-/// Makes an empty file that does not exist yet, 0644 less the user's umask; no link is followed. Throws FileError,
-/// which names `goal`: what the file will become.
-ClaimedPath makeClaimedFile(const std::filesystem::path& path, const std::filesystem::path& goal);
-/// Makes a folder that does not exist yet, for the user alone (0700). Throws FileError.
-ClaimedPath makeClaimedFolder(const std::filesystem::path& path);
+/// What temporary files or folders of one kind are named: `prefix`, then `uuid`, then `suffix`.
+struct ClaimedName {
+    std::string_view prefix{};
+    std::string_view uuid{}; ///< upper-case canonical form; of this one only
+    std::string_view suffix{};
+};
 
-/// A fresh name for a hidden temporary file: `temporaryPrefix` and twelve letters and digits.
-std::string temporaryFileName();
-inline constexpr std::string_view temporaryPrefix = ".velmora-";
+/// Makes an empty file in `folder`, 0644 less the user's umask; no link is followed. Throws FileError, also when the
+/// name is taken.
+ClaimedPath claimFile(const std::filesystem::path& folder, const ClaimedName& name);
+/// Makes a folder for the user alone (0700) in `folder`. Throws FileError, also when the name is taken.
+ClaimedPath claimFolder(const std::filesystem::path& folder, const ClaimedName& name);
 
-/// Removes from `folder` the user's own files and folders that are named `prefix`, an upper-case UUID and `suffix`, and
-/// that nobody holds; with `temporaryPrefix` also those of temporaryFileName(). Twelve letters after any other prefix
-/// may be anybody's word. What cannot be examined or removed stays.
-void removeAbandoned(const std::filesystem::path& folder, std::string_view prefix, std::string_view suffix = {});
+/// Makes an empty file as claimFile() does, hidden and with a random name, in the folder of `goal`, for what will be
+/// renamed to that. Throws FileError, which names `goal`.
+ClaimedPath claimFileBeside(const std::filesystem::path& goal);
+/// The same for a folder, in which `goal` can be made ready.
+ClaimedPath claimFolderBeside(const std::filesystem::path& goal);
 
 } // namespace velmora

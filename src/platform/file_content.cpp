@@ -58,11 +58,8 @@ void requireReplaceable(const std::filesystem::path& path)
 class TemporaryFile
 {
 public:
-    explicit TemporaryFile(const std::filesystem::path& goal)
+    explicit TemporaryFile(const std::filesystem::path& goal) : m_claimed(claimFileBeside(goal))
     {
-        const std::filesystem::path folder = goal.parent_path(); // of "name" it is the current one
-        removeAbandoned(folder.empty() ? "." : folder, temporaryPrefix);
-        m_claimed = makeClaimedFile(folder / temporaryFileName(), goal);
         file = FileDescriptor(
             retryInterrupted([&] { return ::open(m_claimed.path.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC); }));
         if (!file)

@@ -366,10 +366,10 @@ TEST_F(Builder, removesWhatAKilledBuildLeftAndNothingElse)
         return world.temporary / name;
     };
     fs::create_directories(world.temporary);
+    const ClaimedPath running = claimFolder(world.temporary, {"velmora-build-", BuildWorld::uuid(91)});
     const fs::path killed = left("velmora-build-" + BuildWorld::uuid(90));
     const fs::path theUsers = left("velmora-build-of-today");
     const fs::path theirIcons = left("icon-applications.iconset");
-    const ClaimedPath running = makeClaimedFolder(world.temporary / ("velmora-build-" + BuildWorld::uuid(91)));
     const fs::path linked = world.temporary / ("velmora-build-" + BuildWorld::uuid(92));
     fs::create_directory_symlink(theUsers, linked);
 
@@ -426,7 +426,9 @@ TEST_F(Builder, looksForRoomBeforeAnythingIsWritten)
 
 TEST_F(Builder, refusesAScratchFolderThatIsTaken)
 {
-    const ClaimedPath theirs = makeClaimedFolder((fs::create_directories(world.temporary), fs::path(scratch)));
+    fs::create_directories(world.temporary);
+    const ClaimedPath theirs = claimFolder(world.temporary, {"velmora-build-", BuildWorld::uuid(1)});
+    ASSERT_EQ(theirs.path, scratch);
     EXPECT_THAT(world.build(project), HasSubstr("velmora-build-"));
     EXPECT_TRUE(fs::exists(theirs.path));
 }

@@ -86,11 +86,11 @@ TEST(WriteFile, replacesNoPipeAndNoDevice)
 TEST(ClaimedPath, isRemovedOnceItsProcessIsGone)
 {
     TemporaryFolder folder;
-    const fs::path held = folder / temporaryFileName();
-    ClaimedPath claimed = makeClaimedFile(held, held);
-    writeFile(folder / temporaryFileName(), "a killed process left this");
+    ClaimedPath claimed = claimFileBeside(folder / "document");
+    const fs::path held = claimed.path;
+    writeFile(folder / ".velmora-0123456789ab", "a killed process left this");
     writeFile(folder / ".velmora-but not random", "the user's");
-    ASSERT_EQ(::mkfifo((folder / temporaryFileName()).c_str(), 0600), 0);
+    ASSERT_EQ(::mkfifo((folder / ".velmora-pipeofnobody").c_str(), 0600), 0);
 
     writeFileAtomically(folder / "document", "x");
     EXPECT_EQ(listFolder(folder.path).size(), 4U); // the pipe was never one of ours

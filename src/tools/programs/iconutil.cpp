@@ -1,3 +1,4 @@
+#include "platform/claimed_path.h"
 #include "platform/file_tree.h"
 #include "platform/mounts.h"
 #include "tools/pictures/icon_set.h"
@@ -47,15 +48,17 @@ void makeIconSet(const fs::path& iconFile, const fs::path& output)
     if (fs::exists(fs::symlink_status(output)))
         throw std::runtime_error("\"" + output.string() + "\": file exists");
     const std::string icon = readFile(iconFile, iconFileLimit);
-    const fs::path temporary = temporaryNameBeside(output);
-    fs::create_directory(temporary);
+    const ClaimedPath temporary = claimFolderBeside(output);
+    const fs::path made = temporary.path / "iconset"; // with the mode that the user's umask leaves
     try {
-        iconSetFromFile(diskimage::viewOf(icon), temporary);
-        fs::rename(temporary, output);
+        fs::create_directory(made);
+        iconSetFromFile(diskimage::viewOf(icon), made);
+        fs::rename(made, output);
     } catch (...) {
-        removeTree(temporary);
+        removeTree(temporary.path);
         throw;
     }
+    removeTree(temporary.path);
 }
 
 int run(const std::vector<std::string>& arguments, const StopToken&)

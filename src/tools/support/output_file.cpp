@@ -18,11 +18,6 @@ namespace
 
 } // namespace
 
-fs::path temporaryNameBeside(const fs::path& target)
-{
-    return target.parent_path() / temporaryFileName();
-}
-
 OutputFile::OutputFile(fs::path target, Existing existing) : m_target(std::move(target))
 {
     std::error_code error;
@@ -32,9 +27,7 @@ OutputFile::OutputFile(fs::path target, Existing existing) : m_target(std::move(
     if (fs::exists(found) && existing == Existing::refuse)
         fail(m_target, "file exists");
 
-    const fs::path folder = m_target.parent_path();
-    removeAbandoned(folder.empty() ? "." : folder, temporaryPrefix);
-    m_temporary = makeClaimedFile(temporaryNameBeside(m_target), m_target);
+    m_temporary = claimFileBeside(m_target);
     const fs::perms most =
         fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
     fs::permissions(m_temporary.path, fs::status(m_temporary.path, error).permissions() & most, error);

@@ -9,9 +9,8 @@ namespace velmora::tools
 
 enum class Existing { refuse, replace };
 
-/// A file that appears under its name only when it is complete: it is written beside it under a name of its own, and
-/// the destructor removes what was not committed, and the next
-/// one for the same folder what a killed process left.
+/// A file that appears under its name only when it is complete: it is written beside it under a name of its own. The
+/// destructor removes what was not committed, and the next one for the same folder what a killed process left.
 class OutputFile
 {
 public:
@@ -31,8 +30,5 @@ private:
     std::filesystem::path m_target;
     ClaimedPath m_temporary{};
 };
-
-/// A name in the folder of `target` that nothing has, for something that will be renamed to `target`.
-std::filesystem::path temporaryNameBeside(const std::filesystem::path& target);
 
 } // namespace velmora::tools
