@@ -12,6 +12,7 @@
 #include "cli/usage_error.h"
 #include "model/document.h"
 #include "pipeline/dmg_builder.h"
+#include "pipeline/text.h"
 #include "platform/file_tree.h"
 #include "platform/signals.h"
 #include "platform/terminal.h"
@@ -40,10 +41,11 @@ std::ofstream openLog(const std::optional<std::string>& path)
     return file;
 }
 
-void printWarnings(const std::vector<std::string>& warnings)
+/// A line for each sentence, which may hold names from strangers.
+void print(const char* kind, const std::vector<std::string>& sentences)
 {
-    for (const std::string& warning : warnings)
-        std::cerr << "warning: " << warning << '\n';
+    for (const std::string& sentence : sentences)
+        std::cerr << kind << ": " << withoutControls(sentence, ' ') << '\n';
 }
 
 /// Reads the finished image back; a strict build fails of any difference and of any warning.
@@ -51,8 +53,7 @@ void checkStrictly(const fs::path& image, const DMGProject& project, BuildReport
 {
     report.times.begin("readBack");
     report.faults = checkBuiltImage(image, project);
-    for (const std::string& fault : report.faults)
-        std::cerr << "error: " << fault << '\n';
+    print("error", report.faults);
     if (!report.faults.empty() || !report.warnings.empty())
         throw BuildError("The image is not what the project asks for; nothing was written (--strict)");
 }
@@ -78,7 +79,7 @@ void buildImage(const BuildOptions& options, const DMGProject& project, BuildEnv
         report.times.end();
         for (const std::string& warning : builder.warnings())
             report.warnings.push_back(place.inPublic(warning));
-        printWarnings(report.warnings);
+        print("warning", report.warnings);
         const BuildFigures& figures = builder.figures();
         if (figures.contentBytes > 0)
             report.contentBytes = figures.contentBytes;
@@ -120,7 +121,7 @@ void build(const BuildOptions& options, const StopToken& stop, BuildReport& repo
         requireNewDocument(*options.initDocument);
 
     if (options.output.empty()) {
-        printWarnings(requested.warnings);
+        print("warning", requested.warnings);
     } else {
         buildImage(options, project, surroundings.environment(stop), report);
         if (options.report)
@@ -149,7 +150,7 @@ int guarded(const BuildOptions& options, std::optional<std::string>& failure, co
     } catch (const std::exception& error) {
         failure = error.what();
     }
-    std::cerr << "velmora-build: " << *failure << '\n';
+    std::cerr << "velmora-build: " << withoutControls(*failure, ' ', "\n\t") << '\n';
     const int signal = lastStopSignal();
     return signal == 0 ? status : 128 + signal;
 }

@@ -3,6 +3,7 @@
 #include "cli/opened_image.h"
 #include "cli/result_file.h"
 #include "diskimage/base/error.h"
+#include "pipeline/text.h"
 #include "render/picture.h"
 
 #include <QBuffer>
@@ -22,10 +23,7 @@ namespace
 /// A name as it may be shown on a terminal: names in an image come from strangers and may hold control sequences.
 std::string shown(const std::string& name)
 {
-    std::string text = name;
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
-    return text;
+    return withoutControls(name, '?');
 }
 
 std::string hex(std::uint32_t value)
@@ -174,7 +172,7 @@ int runInspect(const InspectOptions& options)
         std::cout.flush();
         return 0;
     } catch (const std::exception& error) {
-        std::cerr << "velmora-inspect: " << options.image << ": " << error.what() << '\n';
+        std::cerr << "velmora-inspect: " << options.image << ": " << shown(error.what()) << '\n';
         return 1;
     }
 }

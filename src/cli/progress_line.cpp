@@ -1,5 +1,6 @@
 #include "cli/progress_line.h"
 
+#include "pipeline/text.h"
 #include "platform/terminal.h"
 
 #include <algorithm>
@@ -50,7 +51,8 @@ void ProgressLine::log(const std::string& line)
         return;
     const std::lock_guard lock(m_mutex);
     erase();
-    std::fwrite(line.data(), 1, line.size(), stdout);
+    const std::string text = withoutControls(line, ' ', "\n\t"); // names from strangers are in it
+    std::fwrite(text.data(), 1, text.size(), stdout);
     std::fputc('\n', stdout);
     redraw();
     std::fflush(stdout);

@@ -1,5 +1,7 @@
 #include "pipeline/problem.h"
 
+#include "pipeline/text.h"
+
 #include <algorithm>
 
 namespace velmora
@@ -47,10 +49,7 @@ std::string describe(const Problem& problem)
     if (!problem.field.empty() && !problem.message.starts_with(problem.field))
         line += problem.field + ": ";
     line += problem.message;
-    // A name from a stranger must neither begin a line of its own nor command the terminal.
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return (c >= 0 && c < 0x20) || c == 0x7F; }, ' ');
-    return line;
+    return withoutControls(line, ' ');
 }
 
 } // namespace velmora

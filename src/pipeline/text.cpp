@@ -39,6 +39,22 @@ bool isUtf8(std::string_view bytes)
     return !decoder.hasError();
 }
 
+std::string withoutControls(std::string_view text, char replacement, std::string_view kept)
+{
+    const auto byteAt = [text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (byteAt(i) == 0xC2 && byteAt(i + 1) >= 0x80 && byteAt(i + 1) < 0xA0) { // U+0080 to U+009F
+            result += replacement;
+            ++i;
+        } else {
+            const bool isControl = byteAt(i) < 0x20 || byteAt(i) == 0x7F;
+            result += isControl && kept.find(text[i]) == std::string_view::npos ? replacement : text[i];
+        }
+    }
+    return result;
+}
+
 std::string_view lastComponent(std::string_view path)
 {
     const auto slash = path.rfind('/');

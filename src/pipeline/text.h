@@ -20,6 +20,10 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 /// Whether the bytes are valid UTF-8.
 bool isUtf8(std::string_view bytes);
 
+/// The text with `replacement` for each control character that is not `kept`, those of Unicode's second block included:
+/// a name from a stranger must neither begin a line of its own nor command a terminal.
+std::string withoutControls(std::string_view text, char replacement, std::string_view kept = {});
+
 /// What follows the last "/", or the whole text.
 std::string_view lastComponent(std::string_view path);
 

@@ -1,5 +1,6 @@
 #include "pipeline/attach.h"
 #include "pipeline/image_size.h"
+#include "pipeline/text.h"
 
 #include <gtest/gtest.h>
 
@@ -42,6 +43,24 @@ TEST(AttachOutput, isReadLineByLine)
         const AttachOutput output = parseAttachOutput(c.output);
         EXPECT_EQ(output.device.value_or(none), c.device);
         EXPECT_EQ(output.mountPoint.value_or(none), c.mountPoint);
+    }
+}
+
+TEST(WithoutControls, leavesNothingThatCommandsATerminal)
+{
+    const struct {
+        const char* name;
+        std::string text;
+        std::string shown;
+    } cases[] = {
+        {"an ordinary text", "Ünï 漢 🍎 ~", "Ünï 漢 🍎 ~"},
+        {"escape, delete, NUL, line end", std::string("a\x1b[2J\x7f\0b\r\n", 10), "a?[2J??b?\n"},
+        {"the second block, from end to end", "\u0080\u009B1m\u009F\u00A0", "??1m?\u00A0"},
+        {"a sequence that is cut off", "a\xC2", "a\xC2"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(withoutControls(c.text, '?', "\n"), c.shown);
     }
 }
 
