@@ -76,7 +76,7 @@ void checkSpace(BuildRun& run, const DMGProject& project, const fs::path& output
                          std::to_string(content.entries) + ".");
 
     const bool isOneRoom = scratch.device == target.device;
-    const std::uint64_t left = isOneRoom ? target.freeBytes - inScratch : target.freeBytes;
+    const std::uint64_t left = isOneRoom ? scratch.freeBytes - inScratch : target.freeBytes;
     if (content.bytes <= left)
         return;
     const std::string need = inUnits(content.bytes) + ", but only " + inUnits(left) + " are free" +

@@ -401,6 +401,8 @@ TEST_F(Builder, looksForRoomBeforeAnythingIsWritten)
         {"no room for the image", plenty, 2'000'000, false, false, DMGFormat::readOnly, "out”: the image needs 3.0",
          ""},
         {"one room for all", 8'000'000, 8'000'000, true, false, DMGFormat::readWrite, "beside what putting", ""},
+        {"one room that has shrunk meanwhile", 8'000'000, 2'000'000, true, false, DMGFormat::readWrite,
+         "beside what putting", ""},
         {"nobody knows how small", plenty, 2'000'000, false, false, DMGFormat::compressed, "", "up to 3.0"},
     };
     for (const Row& row : rows) {
