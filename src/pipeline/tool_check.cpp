@@ -18,9 +18,6 @@ namespace
 
 namespace fs = std::filesystem;
 
-/// The smallest image that a build makes.
-constexpr std::int64_t rehearsalMB = 32;
-
 /// Runs a tool silently.
 ShellResult runTool(const BuildEnvironment& environment, const std::string& tool,
                     const std::vector<std::string>& arguments, const std::optional<std::string>& input = {})
@@ -102,12 +99,8 @@ public:
 
     void sign(SigningMode mode)
     {
-        // Signed without an identity: that works wherever signing does, and asks nobody for a key.
-        const fs::path& image = fs::exists(m_plainImage) ? m_plainImage : m_image;
-        const ShellResult result =
-            runTool(m_environment, "/usr/bin/codesign", {"--sign", "-", "--force", image.string()});
-        if (!result.ok())
-            refuse("signingMode", "Code signing", result);
+        if (m_hasImage)
+            signImage();
         if (!notarizes(mode))
             return;
         const ShellResult notary = runTool(m_environment, "/usr/bin/xcrun", {"notarytool", "--version"});
@@ -122,12 +115,22 @@ private:
 
     ShellResult createImage()
     {
-        return runTool(m_environment, imageTool, createArguments(m_project, m_stage, rehearsalMB, m_image));
+        return runTool(m_environment, imageTool, createArguments(m_project, m_stage, imageSizeMB(0), m_image));
     }
 
     ShellResult convertImage(const fs::path& output, const std::optional<std::string>& password)
     {
         return runTool(m_environment, imageTool, convertArguments(m_project, m_image, output), password);
+    }
+
+    /// Without an identity: that works wherever signing does, and asks nobody for a key.
+    void signImage()
+    {
+        const fs::path& image = fs::exists(m_plainImage) ? m_plainImage : m_image;
+        const ShellResult result =
+            runTool(m_environment, "/usr/bin/codesign", {"--sign", "-", "--force", image.string()});
+        if (!result.ok())
+            refuse("signingMode", "Code signing", result);
     }
 
     void refuse(const std::string& field, const std::string& what, const ShellResult& result)
