@@ -50,9 +50,8 @@ Problems findProblems(const BuildOptions& options, const StopToken& stop)
         std::any_of(found.begin(), found.end(), [](const Problem& problem) { return problem.field == "output"; });
     if (output && !placeIsBad)
         checkPlace(options.output, found);
-    problems.insert(problems.end(), found.begin(), found.end());
-    const Problems refused = checkTools(requested.project, environment);
-    problems.insert(problems.end(), refused.begin(), refused.end());
+    append(problems, found);
+    append(problems, checkTools(requested.project, environment));
     return problems;
 }
 

@@ -4,6 +4,7 @@
 #include "diskimage/base/error.h"
 #include "diskimage/hfs/check.h"
 #include "diskimage/hfs/names.h"
+#include "pipeline/volume_icon.h"
 
 #include <algorithm>
 
@@ -82,7 +83,7 @@ void checkWindow(const DMGProject& project, const finder::WindowLayout& layout, 
 
 void checkVolumeIcon(const OpenedImage& opened, Faults& faults)
 {
-    const hfs::Entry* icon = opened.volume.find("/.VolumeIcon.icns");
+    const hfs::Entry* icon = opened.volume.find("/" + std::string(volumeIconFile));
     if (icon == nullptr || icon->dataSize == 0)
         faults.push_back("The volume icon is not in the image");
     if ((opened.volume.root().finderFlags() & hfs::finderFlagHasCustomIcon) == 0)

@@ -5,7 +5,6 @@
 #include "model/document.h"
 #include "pipeline/build_error.h"
 #include "pipeline/starter_project.h"
-#include "pipeline/validation.h"
 #include "pipeline/volume_name.h"
 #include "platform/file_tree.h"
 

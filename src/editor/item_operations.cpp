@@ -25,9 +25,7 @@ void AppState::addFiles(const std::vector<fs::path>& files)
     const UndoStep step(*this);
     if (!files.empty()) {
         change([&](DMGProject& project) {
-            auto slot =
-                static_cast<int>(std::count_if(project.items.begin(), project.items.end(),
-                                               [](const auto& item) { return !item.isSymlink() && !item.hidden; }));
+            auto slot = static_cast<int>(std::count_if(project.items.begin(), project.items.end(), isReal));
             for (const fs::path& file : files) {
                 const fs::path source = withoutTrailingSeparator(file);
                 const Point place = DMGProjectDefaults::appSlot(slot++, project);

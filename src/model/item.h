@@ -30,4 +30,10 @@ struct DMGItem {
     bool operator==(const DMGItem&) const = default;
 };
 
+/// Whether an item is copied into the image: it is neither a link nor hidden.
+inline bool isReal(const DMGItem& item)
+{
+    return !item.isSymlink() && !item.hidden;
+}
+
 } // namespace velmora

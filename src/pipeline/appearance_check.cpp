@@ -2,6 +2,7 @@
 
 #include "model/icon_layout.h"
 #include "pipeline/background_staging.h"
+#include "pipeline/text.h"
 #include "pipeline/validation.h"
 #include "pipeline/volume_icon.h"
 #include "render/background_renderer.h"
@@ -16,11 +17,6 @@ namespace velmora
 {
 namespace
 {
-
-std::string inQuotes(const std::string& text)
-{
-    return "“" + text + "”";
-}
 
 /// A copy of the project from which is taken out what was found to be missing: what else is missing shows in drawing
 /// it.

@@ -1,7 +1,6 @@
 #include "pipeline/content_check.h"
 
 #include "diskimage/base/error.h"
-#include "pipeline/validation.h"
 #include "pipeline/volume_order.h"
 #include "platform/file_tree.h"
 

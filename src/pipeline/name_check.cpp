@@ -3,6 +3,8 @@
 #include "diskimage/base/error.h"
 #include "pipeline/background_staging.h"
 #include "pipeline/staging.h"
+#include "pipeline/text.h"
+#include "pipeline/volume_icon.h"
 #include "pipeline/volume_order.h"
 
 #include <map>
@@ -17,11 +19,6 @@ using diskimage::hfs::storedName;
 
 /// Stored name to the index of the item that has it last.
 using ItemNames = std::map<std::u16string, std::size_t, VolumeOrder>;
-
-std::string inQuotes(const std::string& name)
-{
-    return "“" + name + "”";
-}
 
 ItemNames checkItems(const DMGProject& project, Problems& problems)
 {
@@ -60,13 +57,13 @@ Problems checkNames(const DMGProject& project)
 {
     Problems problems;
     const ItemNames names = checkItems(project, problems);
-    const auto reserve = [&](const char* name, const std::string& owner) {
+    const auto reserve = [&](std::string_view name, const std::string& owner) {
         const auto found = names.find(storedName(name));
         if (found == names.end())
             return;
         const DMGItem& item = project.items[found->second];
         const std::string field = elementField("items", found->second, "displayName");
-        if (std::string_view(name) == backgroundFolderName && isFolder(item))
+        if (name == backgroundFolderName && isFolder(item))
             problems.push_back(warningIn(field, inQuotes(item.displayName) + " also receives " + owner + "."));
         else
             problems.push_back(errorIn(field, inQuotes(item.displayName) + " cannot be in the volume beside " + owner +
@@ -77,7 +74,7 @@ Problems checkNames(const DMGProject& project)
     if (drawsBackground(project))
         reserve(backgroundFolderName, "the background of the window");
     if (!project.volumeIconPath.empty())
-        reserve(".VolumeIcon.icns", "the volume icon");
+        reserve(volumeIconFile, "the volume icon");
     reserve(".DS_Store", "the layout of the window");
     return problems;
 }

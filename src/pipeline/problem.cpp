@@ -31,6 +31,11 @@ void collect(Problems& problems, const std::function<void()>& check)
     }
 }
 
+void append(Problems& problems, const Problems& more)
+{
+    problems.insert(problems.end(), more.begin(), more.end());
+}
+
 bool hasErrors(const Problems& problems)
 {
     return std::any_of(problems.begin(), problems.end(),
@@ -39,7 +44,7 @@ bool hasErrors(const Problems& problems)
 
 void throwIf(const std::optional<Problem>& problem)
 {
-    if (problem && problem->severity == Severity::error)
+    if (problem)
         throw BuildError(problem->message);
 }
 

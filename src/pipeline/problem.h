@@ -34,10 +34,13 @@ Problem warningIn(const std::string& field, const std::string& sentence);
 /// Runs a check that throws BuildError for what it finds, and adds that.
 void collect(Problems& problems, const std::function<void()>& check);
 
+/// Adds further ones at the end.
+void append(Problems& problems, const Problems& more);
+
 /// Whether there is an error among them.
 bool hasErrors(const Problems& problems);
 
-/// Throws BuildError with the message of an error, if there is one.
+/// Throws BuildError with the problem's message, if there is one.
 void throwIf(const std::optional<Problem>& problem);
 
 /// One line for a person: severity, field and message.

@@ -62,11 +62,6 @@ Problems checkRoom(const DMGProject& project, const fs::path& output, const Buil
     return problems;
 }
 
-void append(Problems& problems, const Problems& more)
-{
-    problems.insert(problems.end(), more.begin(), more.end());
-}
-
 /// One field may fail two checks for one reason.
 Problems withoutRepetitions(const Problems& problems)
 {

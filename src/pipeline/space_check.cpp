@@ -1,6 +1,7 @@
 #include "pipeline/space_check.h"
 
 #include "pipeline/build_error.h"
+#include "pipeline/text.h"
 
 #include <cstdio>
 #include <map>
@@ -35,7 +36,7 @@ Content measure(const BuildRun& run, const DMGProject& project, const DiskSpace&
     const BuildEnvironment& environment = run.environment();
     std::map<std::string, const DMGItem*> staged; // of entries with one name the last one stays
     for (const DMGItem& item : project.items) {
-        if (!item.hidden && !item.isSymlink())
+        if (isReal(item))
             staged[item.displayName] = &item;
     }
     Content content;
@@ -47,11 +48,6 @@ Content measure(const BuildRun& run, const DMGProject& project, const DiskSpace&
         content.stagedBytes += isShared ? 0 : usage.bytes;
     }
     return content;
-}
-
-std::string quoted(const fs::path& folder)
-{
-    return "“" + folder.string() + "”";
 }
 
 } // namespace
@@ -67,13 +63,13 @@ void checkSpace(BuildRun& run, const DMGProject& project, const fs::path& output
 
     const std::uint64_t inScratch = content.stagedBytes + content.bytes; // the copies, and the image made from them
     if (inScratch > scratch.freeBytes)
-        throw BuildError("There is not enough room in the folder " + quoted(scratchFolder) +
+        throw BuildError("There is not enough room in the folder " + inQuotes(scratchFolder.string()) +
                          ": putting the image together needs " + inUnits(inScratch) + ", but only " +
                          inUnits(scratch.freeBytes) + " are free.");
     if (content.entries > scratch.freeEntries)
-        throw BuildError("There is not enough room in the folder " + quoted(scratchFolder) + ": it takes only " +
-                         std::to_string(scratch.freeEntries) + " more files, and the content has " +
-                         std::to_string(content.entries) + ".");
+        throw BuildError("There is not enough room in the folder " + inQuotes(scratchFolder.string()) +
+                         ": it takes only " + std::to_string(scratch.freeEntries) +
+                         " more files, and the content has " + std::to_string(content.entries) + ".");
 
     const bool isOneRoom = scratch.device == target.device;
     const std::uint64_t left = isOneRoom ? scratch.freeBytes - inScratch : target.freeBytes;
@@ -82,10 +78,10 @@ void checkSpace(BuildRun& run, const DMGProject& project, const fs::path& output
     const std::string need = inUnits(content.bytes) + ", but only " + inUnits(left) + " are free" +
                              (isOneRoom ? " beside what putting it together needs." : ".");
     if (project.format == DMGFormat::readOnly || project.format == DMGFormat::readWrite)
-        throw BuildError("There is not enough room in the folder " + quoted(outputFolder) + ": the image needs " +
-                         need);
-    run.warnAloud("There may not be enough room in the folder " + quoted(outputFolder) + ": the image may need up to " +
-                  need);
+        throw BuildError("There is not enough room in the folder " + inQuotes(outputFolder.string()) +
+                         ": the image needs " + need);
+    run.warnAloud("There may not be enough room in the folder " + inQuotes(outputFolder.string()) +
+                  ": the image may need up to " + need);
 }
 
 } // namespace velmora

@@ -55,6 +55,11 @@ std::string withoutControls(std::string_view text, char replacement, std::string
     return result;
 }
 
+std::string inQuotes(std::string_view text)
+{
+    return std::string("“").append(text).append("”");
+}
+
 std::string_view lastComponent(std::string_view path)
 {
     const auto slash = path.rfind('/');

@@ -24,6 +24,9 @@ bool isUtf8(std::string_view bytes);
 /// a name from a stranger must neither begin a line of its own nor command a terminal.
 std::string withoutControls(std::string_view text, char replacement, std::string_view kept = {});
 
+/// “text”.
+std::string inQuotes(std::string_view text);
+
 /// What follows the last "/", or the whole text.
 std::string_view lastComponent(std::string_view path);
 

@@ -6,7 +6,6 @@
 #include "pipeline/scratch_folder.h"
 #include "pipeline/stage_folder.h"
 #include "pipeline/text.h"
-#include "pipeline/validation.h"
 #include "platform/file_tree.h"
 
 #include <system_error>

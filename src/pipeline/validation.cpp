@@ -39,7 +39,7 @@ void checkContent(const DMGProject& project, Problems& problems)
 void checkOutput(const DMGProject& project, const fs::path& output, Problems& problems)
 {
     const auto report = [&](const std::string& message) { problems.push_back({Severity::error, "output", message}); };
-    const std::string quoted = "“" + output.string() + "”";
+    const std::string quoted = inQuotes(output.string());
     if (!output.has_filename())
         report("The image's path " + quoted + " has no file name.");
     std::error_code ignored;
@@ -210,11 +210,6 @@ void checkImageSize(const DMGProject& project, Problems& problems)
 
 } // namespace
 
-bool isReal(const DMGItem& item)
-{
-    return !item.isSymlink() && !item.hidden;
-}
-
 Problems numberObstacles(const DMGProject& project)
 {
     Problems problems;
@@ -235,8 +230,7 @@ Problems buildObstacles(const DMGProject& project, const std::optional<fs::path>
         collect(problems, [&] { requireVolumeName(project.volumeName); });
     checkItems(project, temporaryFolder, problems);
     checkTexts(project, problems);
-    const Problems numbers = numberObstacles(project);
-    problems.insert(problems.end(), numbers.begin(), numbers.end());
+    append(problems, numberObstacles(project));
     checkImageSize(project, problems);
     return problems;
 }

@@ -9,9 +9,6 @@
 namespace velmora
 {
 
-/// Whether an item is copied into the image: it is neither a link nor hidden.
-bool isReal(const DMGItem& item);
-
 /// Everything because of which a build would refuse the project before it creates anything, all of it errors, in the
 /// order in which the build speaks of it. `output` is the absolute path of the image, when it is known,
 /// `temporaryFolder` where it will be put together.

@@ -89,7 +89,7 @@ std::optional<std::string> volumeIconFault(const std::string& picturePath)
 void setVolumeIcon(BuildRun& run, const std::string& picturePath, const std::string& mountPoint)
 {
     try {
-        placeIcon(run, picturePath, mountPoint + "/.VolumeIcon.icns");
+        placeIcon(run, picturePath, (mountPoint + "/").append(volumeIconFile));
     } catch (const BuildError&) {
         throw; // a stop
     } catch (const std::exception& error) {

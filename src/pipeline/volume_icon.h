@@ -4,9 +4,13 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace velmora
 {
+
+/// Where a volume keeps its icon, in its top folder.
+inline constexpr std::string_view volumeIconFile = ".VolumeIcon.icns";
 
 /// Why the picture cannot become a volume's icon, a sentence for a person; nothing when it can.
 std::optional<std::string> volumeIconFault(const std::string& picturePath);
