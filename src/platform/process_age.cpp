@@ -6,11 +6,9 @@
 #include <sys/time.h>
 #include <unistd.h>
 #else
+#include "platform/process_status.h"
+
 #include <ctime>
-#include <fstream>
-#include <iterator>
-#include <sstream>
-#include <string>
 #include <unistd.h>
 #endif
 
@@ -35,23 +33,13 @@ std::optional<std::chrono::milliseconds> processAge()
 
 std::optional<std::chrono::milliseconds> processAge()
 {
-    // proc(5): field 22 is the start in clock ticks after boot; the name before may hold blanks and brackets.
-    std::ifstream file("/proc/self/stat");
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    const std::size_t nameEnd = text.rfind(')');
-    if (nameEnd == std::string::npos)
-        return std::nullopt;
-    std::istringstream fields(text.substr(nameEnd + 1));
-    std::string skipped;
-    for (int field = 3; field < 22; ++field)
-        fields >> skipped;
-    long long ticks = 0;
+    const auto status = processStatus("self");
     timespec sinceBoot{};
     const long ticksPerSecond = ::sysconf(_SC_CLK_TCK);
-    if (!(fields >> ticks) || ticksPerSecond <= 0 || ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot) != 0)
+    if (!status || ticksPerSecond <= 0 || ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot) != 0)
         return std::nullopt;
     const long long now = static_cast<long long>(sinceBoot.tv_sec) * 1000 + sinceBoot.tv_nsec / 1'000'000;
-    return std::chrono::milliseconds(now - ticks * 1000 / ticksPerSecond);
+    return std::chrono::milliseconds(now - status->startTime * 1000 / ticksPerSecond);
 }
 
 #endif

@@ -1,10 +1,10 @@
 #include "render/font_names.h"
 
 #include <QRawFont>
+#include <QtEndian>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 
 namespace velmora
 {
@@ -14,11 +14,6 @@ namespace
 constexpr std::size_t headerSize = 6;  // version, count, offset of the texts
 constexpr std::size_t recordSize = 12; // platform, encoding, language, name id, length, offset
 constexpr unsigned postScriptNameID = 6;
-
-unsigned be16(const std::string& bytes, std::size_t at)
-{
-    return static_cast<unsigned>(static_cast<std::uint8_t>(bytes[at])) << 8 | static_cast<std::uint8_t>(bytes[at + 1]);
-}
 
 /// A PostScript name is printable ASCII without blanks and the brackets of that language (at most 63 characters).
 bool isPostScriptName(const std::string& name)
@@ -35,17 +30,18 @@ std::optional<std::string> postScriptNameFromTable(const std::string& table)
 {
     if (table.size() < headerSize)
         return std::nullopt;
-    const std::size_t count = be16(table, 2);
-    const std::size_t texts = be16(table, 4);
+    const auto number = [&table](std::size_t at) { return qFromBigEndian<quint16>(table.data() + at); };
+    const std::size_t count = number(2);
+    const std::size_t texts = number(4);
     for (std::size_t i = 0; i < count && headerSize + (i + 1) * recordSize <= table.size(); ++i) {
         const std::size_t record = headerSize + i * recordSize;
-        const std::size_t begin = texts + be16(table, record + 10);
-        const std::size_t length = be16(table, record + 8);
-        if (be16(table, record + 6) != postScriptNameID || begin + length > table.size())
+        const std::size_t begin = texts + number(record + 10);
+        const std::size_t length = number(record + 8);
+        if (number(record + 6) != postScriptNameID || begin + length > table.size())
             continue;
         std::string name = table.substr(begin, length);
         // All platforms but the Macintosh one hold UTF-16, of which the name uses the lower halves.
-        if (be16(table, record) != 1) {
+        if (number(record) != 1) {
             std::string halves;
             for (std::size_t k = 1; k < name.size(); k += 2)
                 halves += name[k - 1] == 0 ? name[k] : '\0';

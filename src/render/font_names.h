@@ -9,7 +9,7 @@ namespace velmora
 {
 
 /// The PostScript name by which projects refer to the face that Qt takes for `font`, read from the font file's "name"
-/// table (OpenType specification, "name"). Nothing for fonts without one. Needs a QGuiApplication.
+/// table (OpenType, "name"). Nothing for fonts without one. Needs a QGuiApplication.
 std::optional<std::string> postScriptName(const QFont& font);
 
 /// The same from the table's bytes, which may be damaged.
