@@ -5,6 +5,7 @@
 #include "diskimage/hfs/sample_trees.h"
 #include "diskimage/hfs/volume.h"
 #include "diskimage/message_of.h"
+#include "diskimage/sparse_disk.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -58,34 +59,6 @@ private:
     static constexpr std::uint64_t pageSize = 4096;
     std::uint64_t m_size;
     std::map<std::uint64_t, Bytes> m_pages;
-};
-
-/// Five megabytes of which the second and third are a hole that must not be read.
-class HoledSource : public Source
-{
-public:
-    [[nodiscard]] std::uint64_t size() const override { return m_bytes.size(); }
-    void read(std::uint64_t offset, MutableByteView out) const override
-    {
-        const auto data = nextData(offset);
-        if (data.start != offset || data.end < offset + out.size()) {
-            throw DiskImageError("a hole was read at " + std::to_string(offset));
-        }
-        std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(offset), out.size(), out.begin());
-    }
-    [[nodiscard]] ByteRange nextData(std::uint64_t offset) const override
-    {
-        return offset < MiB ? ByteRange{offset, MiB} : ByteRange{std::max(offset, 3 * MiB), size()};
-    }
-    static Bytes content()
-    {
-        auto bytes = pattern(5 * MiB - 7, 3);
-        std::fill(bytes.begin() + MiB, bytes.begin() + 3 * MiB, std::uint8_t{0});
-        return bytes;
-    }
-
-private:
-    Bytes m_bytes = content();
 };
 
 /// Storage to which the "system" copies, but never all that was asked for.
@@ -355,8 +328,13 @@ TEST(Writer, copiesTheSameWhateverTheSystemDoesOfIt)
         tree.children[1].openData = std::move(open);
         return tree;
     };
-    auto plain = treeOf(opens(HoledSource::content()));
-    auto holed = treeOf([] { return std::make_unique<HoledSource>(); });
+    // Five megabytes of which the second and third are a hole.
+    Bytes content = pattern(5 * MiB - 7, 3);
+    std::fill(content.begin() + MiB, content.begin() + 3 * MiB, std::uint8_t{0});
+    const auto disk = memoryStorage(content);
+    const std::vector<ByteRange> data{{0, MiB}, {3 * MiB, content.size()}};
+    auto plain = treeOf(opens(content));
+    auto holed = treeOf([&] { return std::make_unique<SparseDisk>(*disk, data); });
     SparseStorage byHand(requiredBytes(plain, {}));
     CopyingStorage bySystem(byHand.size());
     EXPECT_EQ(writeVolume(byHand, plain, {}), writeVolume(bySystem, holed, {}));

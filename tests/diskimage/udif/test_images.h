@@ -3,6 +3,7 @@
 #include "diskimage/base/checksum.h"
 #include "diskimage/base/error.h"
 #include "diskimage/base/property_list.h"
+#include "diskimage/sparse_disk.h"
 #include "diskimage/udif/format.h"
 
 #include <gtest/gtest.h>
@@ -56,34 +57,6 @@ inline Bytes converted(const Source& disk, const ConvertOptions& options)
     convert(disk, *out, options);
     return contentOf(*out);
 }
-
-/// A disk of which only some ranges hold data; whoever reads outside of them fails.
-class SparseDisk : public Source
-{
-public:
-    SparseDisk(const Source& disk, std::vector<ByteRange> data) : m_disk(disk), m_data(std::move(data)) {}
-
-    [[nodiscard]] std::uint64_t size() const override { return m_disk.size(); }
-    void read(std::uint64_t offset, MutableByteView out) const override
-    {
-        const ByteRange data = nextData(offset);
-        if (data.start != offset || data.end < offset + out.size())
-            throw DiskImageError("a hole was read at " + std::to_string(offset));
-        m_disk.read(offset, out);
-    }
-    [[nodiscard]] ByteRange nextData(std::uint64_t offset) const override
-    {
-        for (const ByteRange& range : m_data) {
-            if (range.end > offset)
-                return {std::max(range.start, offset), range.end};
-        }
-        return {size(), size()};
-    }
-
-private:
-    const Source& m_disk;
-    std::vector<ByteRange> m_data;
-};
 
 /// An image file put together by hand, so that anything in it can be wrong.
 struct TestImage {
