@@ -3,6 +3,8 @@
 #include "diskimage/finder/icns.h"
 #include "support/target.h"
 
+#include <algorithm>
+
 using namespace velmora;
 using namespace velmora::diskimage;
 using namespace velmora::diskimage::finder;
@@ -13,7 +15,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!elements)
         return 0;
     fuzz::expect(readIcns(writeIcns(*elements)) == *elements, "an icon family holds the elements put into it");
-    const IcnsElement* largest = largestIcon(*elements);
+    const IcnsElement* const largest = largestIcon(*elements);
+    const bool isOneOfThem = std::any_of(elements->begin(), elements->end(),
+                                         [largest](const IcnsElement& element) { return &element == largest; });
+    fuzz::expect(largest == nullptr || isOneOfThem, "the largest icon is one of the elements");
     ByteView mask;
     for (const IcnsElement& element : *elements) {
         for (const std::uint32_t side : {16u, 32u, 48u, 128u}) {
@@ -24,8 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             fuzz::attempt([&] { return decodeRgb24(element.data, mask, side); });
         }
         mask = element.data;
-        largest = largest == &element ? nullptr : largest;
     }
-    fuzz::expect(largest == nullptr, "the largest icon is one of the elements");
     return 0;
 }

@@ -18,18 +18,13 @@ namespace
 constexpr std::uint64_t sampleSectors = 104;
 constexpr std::uint64_t farAway = std::numeric_limits<std::uint64_t>::max() - 100;
 
-Bytes contentOf(const Source& source)
-{
-    return source.read(0, static_cast<std::size_t>(source.size()));
-}
-
 /// A disk with something in its partition.
 Bytes sampleDisk()
 {
     const auto disk = memoryStorage(Bytes(sampleSectors * sectorSize));
     writeGpt(*disk, PartitionType::hfs, Guid{1, 2, 3}, Guid{4, 5, 6});
     disk->write(partitionPlace(sampleSectors).start * sectorSize + 1000, sampleBytes(1500));
-    return contentOf(*disk);
+    return bytesOf(*disk);
 }
 
 Bytes converted(Format format)
@@ -38,7 +33,7 @@ Bytes converted(Format format)
     ConvertOptions options;
     options.format = format;
     convert(*memoryStorage(sampleDisk()), *out, options);
-    return contentOf(*out);
+    return bytesOf(*out);
 }
 
 /// The input that puts an image together from these.

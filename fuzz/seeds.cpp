@@ -48,16 +48,6 @@ WindowLayout sampleLayout(std::size_t items)
     return layout;
 }
 
-} // namespace
-
-Bytes sampleBytes(std::size_t size)
-{
-    Bytes bytes(size);
-    for (std::size_t i = 0; i < size; ++i)
-        bytes[i] = static_cast<std::uint8_t>(1 + i / 7 % 251);
-    return bytes;
-}
-
 std::vector<Seed> documentSeeds()
 {
     DMGProject project = DMGProject::fromTemplate("Name \xC3\xA9", {}, [](std::string_view) { return "/a.svg"; });
@@ -192,6 +182,21 @@ std::vector<Seed> pngSeeds()
     chunk("IDAT", {1, 2, 3});
     chunk("IEND", {});
     return {{"picture", std::move(file)}};
+}
+
+} // namespace
+
+Bytes bytesOf(const Source& source)
+{
+    return source.read(0, static_cast<std::size_t>(source.size()));
+}
+
+Bytes sampleBytes(std::size_t size)
+{
+    Bytes bytes(size);
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<std::uint8_t>(1 + i / 7 % 251);
+    return bytes;
 }
 
 std::vector<Seed> seedsOf(std::string_view target)

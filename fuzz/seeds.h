@@ -1,6 +1,6 @@
 #pragma once
 
-#include "diskimage/base/bytes.h"
+#include "diskimage/base/storage.h"
 
 #include <string>
 #include <string_view>
@@ -19,19 +19,14 @@ struct Seed {
 /// Those of a target; of an unknown one none.
 std::vector<Seed> seedsOf(std::string_view target);
 
-/// The parts of the above.
+/// The larger parts of the above.
 std::vector<Seed> volumeSeeds();
 std::vector<Seed> imageSeeds();
 std::vector<Seed> imageTableSeeds();
 std::vector<Seed> partitionSeeds();
-std::vector<Seed> documentSeeds();
-std::vector<Seed> propertyListSeeds();
-std::vector<Seed> layoutScriptSeeds();
-std::vector<Seed> aliasSeeds();
-std::vector<Seed> dsStoreSeeds();
-std::vector<Seed> iconSeeds();
-std::vector<Seed> pngSeeds();
 
+/// All that is in a small disk.
+diskimage::Bytes bytesOf(const diskimage::Source& disk);
 /// Bytes that compress well without being zero.
 diskimage::Bytes sampleBytes(std::size_t size);
 

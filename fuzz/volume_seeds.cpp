@@ -53,11 +53,6 @@ Entry folder(std::string name, std::vector<Entry> children = {})
     return entry;
 }
 
-Bytes contentOf(const Source& source)
-{
-    return source.read(0, static_cast<std::size_t>(source.size()));
-}
-
 std::unique_ptr<Storage> volumeOf(std::vector<Entry> children)
 {
     Entry root = folder("Volume", std::move(children));
@@ -76,8 +71,8 @@ Bytes variedVolume()
     attributed.attributes = {{"small", Bytes(20, 1)}, {"large", Bytes(5000, 2)}};
     attributed.resourceSize = 5;
     attributed.openResource = [] { return memoryStorage(Bytes(5, 3)); };
-    return contentOf(*volumeOf({folder("App", {folder("Contents", {file("Program", 5000)})}), file("a", 1),
-                                file("b", 4097), link, attributed}));
+    return bytesOf(*volumeOf({folder("App", {folder("Contents", {file("Program", 5000)})}), file("a", 1),
+                              file("b", 4097), link, attributed}));
 }
 
 /// More records than one node holds: leaves and index nodes.
@@ -86,7 +81,7 @@ Bytes crowdedVolume()
     std::vector<Entry> files;
     for (int i = 0; i < 30; ++i)
         files.push_back(file("file " + std::to_string(i)));
-    return contentOf(*volumeOf(std::move(files)));
+    return bytesOf(*volumeOf(std::move(files)));
 }
 
 Bytes deepVolume()
@@ -94,7 +89,7 @@ Bytes deepVolume()
     Entry inner = folder("f");
     for (int i = 0; i < 12; ++i)
         inner = folder("f", {std::move(inner)});
-    return contentOf(*volumeOf({std::move(inner)}));
+    return bytesOf(*volumeOf({std::move(inner)}));
 }
 
 /// A file in more pieces than its record holds, on a volume that is nearly full.
@@ -114,7 +109,7 @@ Bytes fragmentedVolume()
     editor.commit(1'600'000'000);
     editor.put("/", file("pieces", 10 * blockSize));
     editor.commit(1'600'000'000);
-    return contentOf(*volume);
+    return bytesOf(*volume);
 }
 
 /// Both kinds of what a hard link needs; new file records refer to the number 1.
@@ -123,7 +118,7 @@ Bytes linkedVolume()
     Entry link = file("hard link");
     std::copy_n("hlnkhfs+", 8, link.finderInfo.begin());
     const std::string nul = "\xE2\x90\x80"; // stands for a NUL in a name
-    return contentOf(*volumeOf({folder(nul + nul + nul + nul + "HFS+ Private Data", {file("iNode1", 5)}), link}));
+    return bytesOf(*volumeOf({folder(nul + nul + nul + nul + "HFS+ Private Data", {file("iNode1", 5)}), link}));
 }
 
 /// A volume in the wrapper of old systems.
@@ -163,7 +158,7 @@ std::uint8_t* recordOf(Bytes& volume, std::string_view name, std::uint16_t kind 
 /// A volume whose names are compared by their units, and whose folders count the folders in them.
 Bytes binaryVolume()
 {
-    Bytes volume = contentOf(*volumeOf({folder("app", {file("program", 5000)}), file("b", 1)}));
+    Bytes volume = bytesOf(*volumeOf({folder("app", {file("program", 5000)}), file("b", 1)}));
     for (const std::size_t header : {volumeHeaderOffset, volumeSize - volumeHeaderOffset}) {
         putBE16(volume.data() + header, signatureHfsx);
         putBE16(volume.data() + header + 2, 5);
@@ -220,7 +215,7 @@ std::vector<Seed> volumeSeeds()
                 }),
         damaged("large catalog", variedVolume(),
                 [&](Bytes& volume) { putBE64(header(volume) + catalogOffset, farAway); }),
-        damaged("hidden cycle", contentOf(*volumeOf({folder("outer", {folder("inner")})})),
+        damaged("hidden cycle", bytesOf(*volumeOf({folder("outer", {folder("inner")})})),
                 [](Bytes& volume) {
                     std::uint8_t* inner = recordOf(volume, "inner", recordFolder);
                     putBE32(inner + recordIdOffset, getBE32(recordOf(volume, "outer", recordFolder) + recordIdOffset));

@@ -34,7 +34,7 @@ Bytes packDisk(ByteView disk)
     input.resize(2 + (sectors + 7) / 8);
     for (std::size_t i = 0; i < sectors; ++i) {
         const ByteView sector = disk.subspan(i * sectorSize, sectorSize);
-        if (std::all_of(sector.begin(), sector.end(), [](std::uint8_t byte) { return byte == 0; }))
+        if (isZero(sector))
             continue;
         input[2 + i / 8] |= static_cast<std::uint8_t>(0x80 >> i % 8);
         append(input, sector);

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 /// What the fuzz targets share. A target passes any bytes to a reader; it fails by a crash, by a report of a sanitizer,
 /// by an exception that leaves it, or by an expectation that does not hold.
