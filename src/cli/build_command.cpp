@@ -20,7 +20,6 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <system_error>
 
 namespace velmora::cli
 {

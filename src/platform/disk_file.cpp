@@ -4,7 +4,6 @@
 #include "platform/file_error.h"
 
 #include <algorithm>
-#include <limits>
 
 #include <fcntl.h>
 #include <sys/stat.h>
