@@ -8,6 +8,7 @@
 #include "model/document.h"
 #include "model/project.h"
 #include "pipeline/build_step.h"
+#include "pipeline/problem_field.h"
 
 #include <QObject>
 
@@ -73,6 +74,8 @@ public:
     [[nodiscard]] const std::optional<std::filesystem::path>& lastOutputURL() const { return m_lastOutputURL; }
     /// Why the last build failed.
     [[nodiscard]] const std::optional<std::string>& buildError() const { return m_buildError; }
+    /// What of the project that was being built the failure is about. It has no signal of its own: buildErrorChanged().
+    [[nodiscard]] const ProblemField& buildErrorField() const { return m_buildErrorField; }
     /// What the last image lacks although the project asked for it, in sentences for a person.
     [[nodiscard]] const std::vector<std::string>& buildWarnings() const { return m_buildWarnings; }
     [[nodiscard]] bool showArrowPicker() const { return m_showArrowPicker; }
@@ -352,6 +355,7 @@ private:
     std::string m_buildLog{};
     std::optional<std::filesystem::path> m_lastOutputURL{};
     std::optional<std::string> m_buildError{};
+    ProblemField m_buildErrorField{};
     std::vector<std::string> m_buildWarnings{};
     bool m_showArrowPicker = false;
     OpenStep m_step{};

@@ -31,6 +31,7 @@ void AppState::build()
     m_buildOutput = *output;
     set(m_isBuilding, true, &AppState::isBuildingChanged);
     set(m_buildLog, std::string(), &AppState::buildLogChanged);
+    m_buildErrorField = {};
     set(m_buildError, {}, &AppState::buildErrorChanged);
     set(m_lastOutputURL, {}, &AppState::lastOutputURLChanged);
     set(m_buildWarnings, {}, &AppState::buildWarningsChanged);
@@ -65,6 +66,7 @@ void AppState::startBuild(const fs::path& output)
 void AppState::finishBuild(const fs::path& output, const BuildOutcome& outcome)
 {
     m_build.reset();
+    m_buildErrorField = outcome.field;
     set(m_isBuilding, false, &AppState::isBuildingChanged);
     set(m_buildWarnings, outcome.warnings, &AppState::buildWarningsChanged);
     for (const std::string& warning : outcome.warnings) {

@@ -18,6 +18,9 @@ BuildOutcome runBuild(const DMGProject& project, const std::filesystem::path& ou
         DMGBuilder builder(listener.line, std::move(environment), listener.step);
         builder.build(project, output);
         outcome.warnings = builder.warnings();
+    } catch (const BuildError& error) {
+        outcome.error = error.message;
+        outcome.field = problemField(project, error.field);
     } catch (const std::exception& error) {
         outcome.error = error.what();
     } catch (...) {

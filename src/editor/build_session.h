@@ -3,6 +3,7 @@
 #include "model/project.h"
 #include "pipeline/build_environment.h"
 #include "pipeline/build_step.h"
+#include "pipeline/problem_field.h"
 #include "platform/stop_token.h"
 
 #include <filesystem>
@@ -18,6 +19,7 @@ namespace velmora
 /// How a build ended.
 struct BuildOutcome {
     std::optional<std::string> error{}; ///< nothing after a success
+    ProblemField field{};               ///< what of the built project the error is about
     std::vector<std::string> warnings{};
 };
 

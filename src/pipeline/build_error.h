@@ -17,7 +17,7 @@ public:
         field = std::move(key);
     }
     std::string message;
-    std::string field{}; ///< the document's key ("items[2].x"), when it is about one
+    std::string field{}; ///< the document's key ("items[2].x"), or "output", when it is about one
 };
 
 } // namespace velmora

@@ -44,8 +44,11 @@ bool hasErrors(const Problems& problems)
 
 void throwIf(const std::optional<Problem>& problem)
 {
-    if (problem)
-        throw BuildError(problem->message);
+    if (!problem)
+        return;
+    BuildError error(problem->message);
+    error.field = problem->field;
+    throw error;
 }
 
 std::string describe(const Problem& problem)

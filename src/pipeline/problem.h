@@ -40,7 +40,7 @@ void append(Problems& problems, const Problems& more);
 /// Whether there is an error among them.
 bool hasErrors(const Problems& problems);
 
-/// Throws BuildError with the problem's message, if there is one.
+/// Throws BuildError with the problem's field and message, if there is one.
 void throwIf(const std::optional<Problem>& problem);
 
 /// One line for a person: severity, field and message.

@@ -238,7 +238,7 @@ Problems buildObstacles(const DMGProject& project, const std::optional<fs::path>
 void validate(const DMGProject& project, const fs::path& output, const fs::path& temporaryFolder)
 {
     if (const Problems problems = buildObstacles(project, output, temporaryFolder); !problems.empty())
-        throw BuildError(problems.front().message);
+        throwIf(problems.front());
 }
 
 } // namespace velmora

@@ -19,7 +19,7 @@ Problems buildObstacles(const DMGProject& project, const std::optional<std::file
 /// drawn.
 Problems numberObstacles(const DMGProject& project);
 
-/// Throws BuildError with the first obstacle's message, if there is one.
+/// Throws BuildError with the first obstacle's field and message, if there is one.
 void validate(const DMGProject& project, const std::filesystem::path& output,
               const std::filesystem::path& temporaryFolder);
 

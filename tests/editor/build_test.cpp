@@ -161,6 +161,28 @@ TEST(Building, worksOnACopyAndAlone)
     EXPECT_FALSE(fs::exists(world.folder / "second.dmg"));
 }
 
+TEST(Building, knowsWhatAFailureIsAbout)
+{
+    BuildableWorld world;
+    AppState& state = world.state;
+    const std::string source = state.project().items.at(0).sourcePath;
+    const Uuid item = state.project().items.at(0).id;
+    state.edit({}, [](DMGProject& project) { project.items[0].sourcePath = "/nowhere"; });
+    state.build();
+    state.moveItem(item, 2);
+    world.waitForBuild();
+    EXPECT_EQ(state.buildErrorField(), (ProblemField{"items[0].sourcePath", item}));
+
+    state.edit({}, [&](DMGProject& project) {
+        project.items[1].sourcePath = source;
+        project.encryption = ImageEncryption::aes256;
+    });
+    world.panels.toSave = {world.build.output};
+    state.build();
+    world.waitForBuild();
+    EXPECT_EQ(state.buildErrorField(), (ProblemField{"encryptionPassword", {}}));
+}
+
 TEST(Building, isStoppedByQuittingOnlyWhenSoAnswered)
 {
     constexpr std::size_t stop = 0;
