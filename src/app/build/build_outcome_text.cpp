@@ -10,25 +10,37 @@ namespace velmora
 namespace
 {
 
-/// A message of the builder that a person can do something about, by how it begins.
-struct KnownFailure {
-    std::string_view begin;
+/// Where a person finds a field of the project.
+struct FieldPlace {
+    std::string_view key;
     BuildRemedy remedy;
-    std::string_view advice; ///< in the place of the message's other lines, unless empty
+    /// What there is to do when the field is empty, in the place of the message's other lines; may be empty itself.
+    std::string_view advice = {};
 };
 
-constexpr std::array knownFailures{
-    KnownFailure{"Missing source file:\n", BuildRemedy::showItem, ""},
-    KnownFailure{"Add at least one file or folder", BuildRemedy::addFiles,
-                 "An image needs something to hold: an application, a folder or a file."},
-    KnownFailure{"Volume name cannot be empty.", BuildRemedy::volumeTab, "Enter a name in the Volume tab."},
-    KnownFailure{"volumeName:", BuildRemedy::volumeTab, ""},
-    KnownFailure{"manualSizeMB:", BuildRemedy::volumeTab, ""},
-    KnownFailure{"Encryption is enabled but no password was set", BuildRemedy::volumeTab,
-                 "Enter a password in the Volume tab, or choose “None”."},
-    KnownFailure{"Code signing is enabled but no signing identity", BuildRemedy::volumeTab,
-                 "Enter an identity in the Volume tab, or build without signing."},
-    KnownFailure{"Notarization requires a keychain profile name", BuildRemedy::volumeTab, ""},
+constexpr std::array fieldPlaces{
+    FieldPlace{"items", BuildRemedy::addFiles, "An image needs something to hold: an application, a folder or a file."},
+    FieldPlace{"volumeName", BuildRemedy::volumeTab, "Enter a name in the Volume tab."},
+    FieldPlace{"encryptionPassword", BuildRemedy::volumeTab, "Enter a password in the Volume tab, or choose “None”."},
+    FieldPlace{"codeSignIdentity", BuildRemedy::volumeTab,
+               "Enter an identity in the Volume tab, or build without signing."},
+    FieldPlace{"notaryProfile", BuildRemedy::volumeTab},
+    FieldPlace{"manualSizeMB", BuildRemedy::volumeTab},
+    FieldPlace{"volumeIconPath", BuildRemedy::volumeTab},
+    FieldPlace{"textSize", BuildRemedy::textTab},
+    FieldPlace{"windowLeft", BuildRemedy::layoutTab},
+    FieldPlace{"windowTop", BuildRemedy::layoutTab},
+    FieldPlace{"windowWidth", BuildRemedy::layoutTab},
+    FieldPlace{"windowHeight", BuildRemedy::layoutTab},
+    FieldPlace{"iconSize", BuildRemedy::layoutTab},
+    FieldPlace{"backgroundImagePath", BuildRemedy::layoutTab},
+    FieldPlace{"backgroundImageScale", BuildRemedy::layoutTab},
+    FieldPlace{"backgroundImageOffsetX", BuildRemedy::layoutTab},
+    FieldPlace{"backgroundImageOffsetY", BuildRemedy::layoutTab},
+    FieldPlace{"backgroundColor", BuildRemedy::layoutTab},
+    FieldPlace{"gradientStart", BuildRemedy::layoutTab},
+    FieldPlace{"gradientEnd", BuildRemedy::layoutTab},
+    FieldPlace{"gradientAngle", BuildRemedy::layoutTab},
 };
 
 /// "Encryption … was set (Volume tab)." without the place, which the button beside it says.
@@ -41,18 +53,22 @@ std::string withoutPlace(std::string reason)
     return reason;
 }
 
-std::optional<Uuid> itemWithSource(const DMGProject& project, const std::string& path)
+/// How to show an element, if it is still there.
+BuildRemedy remedyFor(const Uuid& element, const DMGProject& project)
 {
-    for (const DMGItem& item : project.items) {
-        if (!item.isSymlink() && item.sourcePath == path)
-            return item.id;
-    }
-    return std::nullopt;
+    const auto isIn = [&element](const auto& list) {
+        return std::any_of(list.begin(), list.end(), [&](const auto& other) { return other.id == element; });
+    };
+    if (isIn(project.items))
+        return BuildRemedy::showItem;
+    if (isIn(project.overlayImages))
+        return BuildRemedy::showOverlay;
+    return isIn(project.textOverlays) ? BuildRemedy::showCaption : BuildRemedy::none;
 }
 
 } // namespace
 
-BuildFailure explainFailure(const std::string& message, const DMGProject& project)
+BuildFailure explainFailure(const std::string& message, const ProblemField& field, const DMGProject& project)
 {
     const std::size_t lineEnd = std::min(message.find('\n'), message.size());
     BuildFailure failure{.reason = message.substr(0, lineEnd)};
@@ -61,19 +77,21 @@ BuildFailure explainFailure(const std::string& message, const DMGProject& projec
     while (!failure.detail.empty() && failure.detail.back() == '\n')
         failure.detail.pop_back();
 
-    const auto known = std::find_if(knownFailures.begin(), knownFailures.end(),
-                                    [&](const KnownFailure& k) { return message.rfind(k.begin, 0) == 0; });
-    if (known == knownFailures.end())
+    if (field.element) {
+        failure.remedy = remedyFor(*field.element, project);
+        if (failure.remedy != BuildRemedy::none)
+            failure.element = field.element;
+        return failure;
+    }
+    const auto place = std::find_if(fieldPlaces.begin(), fieldPlaces.end(),
+                                    [&field](const FieldPlace& known) { return known.key == field.key; });
+    if (place == fieldPlaces.end())
         return failure;
     failure.reason = withoutPlace(failure.reason);
-    failure.remedy = known->remedy;
-    if (!known->advice.empty())
-        failure.detail = known->advice;
-    if (failure.remedy == BuildRemedy::showItem) {
-        failure.item = itemWithSource(project, failure.detail);
-        if (!failure.item)
-            failure.remedy = BuildRemedy::none; // it has been removed meanwhile
-    }
+    failure.remedy = place->remedy;
+    // A message that begins with the key is about what the field holds, and says so itself.
+    if (!place->advice.empty() && !message.starts_with(field.key))
+        failure.detail = place->advice;
     return failure;
 }
 

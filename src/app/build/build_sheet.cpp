@@ -389,7 +389,7 @@ void BuildSheet::showSuccess()
 void BuildSheet::showFailure()
 {
     const AppState& state = m_context.state;
-    m_failure = explainFailure(*state.buildError(), state.project());
+    m_failure = explainFailure(*state.buildError(), state.buildErrorField(), state.project());
     m_title->setText(qtText(Labels::buildFailed));
     const BuildStep* step = m_progress.current();
     const QString time = qtText(clockText(m_progress.elapsed(now())));
@@ -411,6 +411,16 @@ void BuildSheet::showFailure()
         break;
     case BuildRemedy::volumeTab:
         remedy = qtText(Labels::showInVolume);
+        break;
+    case BuildRemedy::layoutTab:
+        remedy = Labels::showInLayout;
+        break;
+    case BuildRemedy::textTab:
+        remedy = Labels::showInText;
+        break;
+    case BuildRemedy::showOverlay:
+    case BuildRemedy::showCaption:
+        remedy = Labels::showInArrange;
         break;
     }
     m_note->show(BuildNote::Kind::error, qtText(m_failure.reason), qtText(m_failure.detail), remedy);
@@ -496,7 +506,7 @@ void BuildSheet::applyRemedy()
         break;
     case BuildRemedy::showItem:
         state.editContents();
-        state.selectItem(m_failure.item);
+        state.selectItem(m_failure.element);
         state.setInspectorTab(InspectorTab::fileInfo);
         break;
     case BuildRemedy::addFiles:
@@ -504,6 +514,18 @@ void BuildSheet::applyRemedy()
         break;
     case BuildRemedy::volumeTab:
         state.setInspectorTab(InspectorTab::volume);
+        break;
+    case BuildRemedy::layoutTab:
+        state.setInspectorTab(InspectorTab::layout);
+        break;
+    case BuildRemedy::textTab:
+        state.setInspectorTab(InspectorTab::text);
+        break;
+    case BuildRemedy::showOverlay:
+        state.selectOverlay(m_failure.element);
+        break;
+    case BuildRemedy::showCaption:
+        state.selectTextOverlay(m_failure.element);
         break;
     }
 }
