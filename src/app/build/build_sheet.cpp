@@ -413,14 +413,14 @@ void BuildSheet::showFailure()
         remedy = qtText(Labels::showInVolume);
         break;
     case BuildRemedy::layoutTab:
-        remedy = Labels::showInLayout;
+        remedy = qtText(Labels::showInLayout);
         break;
     case BuildRemedy::textTab:
-        remedy = Labels::showInText;
+        remedy = qtText(Labels::showInText);
         break;
     case BuildRemedy::showOverlay:
     case BuildRemedy::showCaption:
-        remedy = Labels::showInArrange;
+        remedy = qtText(Labels::showInArrange);
         break;
     }
     m_note->show(BuildNote::Kind::error, qtText(m_failure.reason), qtText(m_failure.detail), remedy);
