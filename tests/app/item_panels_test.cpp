@@ -119,6 +119,15 @@ TEST_F(ItemPanels, rowsAreDraggedWithinTheList)
     EXPECT_FALSE(model.dropMimeData(&foreign, Qt::MoveAction, 0, 0, {}));
 }
 
+TEST_F(ItemPanels, tooltipTakesANameForTextAlone)
+{
+    // Markup in a document's name would have the tooltip read files.
+    state.edit({}, [](DMGProject& p) { p.items[0].displayName = "<img src='/etc/hostname'>"; });
+    const QString toolTip = list().model()->index(0, 0).data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(toolTip.contains("&lt;img")) << toolTip.toStdString();
+    EXPECT_FALSE(toolTip.contains("<img")) << toolTip.toStdString();
+}
+
 TEST_F(ItemPanels, listOpensAThousandItemsAtOnce)
 {
     state.setInspectorTab(InspectorTab::layout);

@@ -5,6 +5,7 @@
 #include "l10n/labels.h"
 
 #include <QMimeData>
+#include <QTextDocument>
 
 #include <algorithm>
 #include <tuple>
@@ -78,8 +79,10 @@ QVariant ItemListModel::data(const QModelIndex& index, int role) const
         return {};
     const DMGItem& shown = item(index.row());
     const QString name = qtText(shown.displayName);
-    if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
+    if (role == Qt::DisplayRole)
         return name;
+    if (role == Qt::ToolTipRole)
+        return Qt::convertFromPlainText(name, Qt::WhiteSpaceNormal); // a name may hold markup
     if (role == Qt::AccessibleTextRole)
         return shown.hidden ? name + qtText(Labels::leftOutSuffix) : name;
     if (role == Qt::AccessibleDescriptionRole)
