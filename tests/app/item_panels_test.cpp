@@ -4,7 +4,7 @@
 
 #include "app/inspector/folder_count.h"
 #include "app/inspector/item_list.h"
-#include "app/kit/note_banner.h"
+#include "app/kit/note.h"
 #include "app/kit/number_field.h"
 #include "canvas/canvas_view.h"
 #include "platform/file_tree.h"
@@ -195,6 +195,23 @@ TEST_F(ItemPanels, tellWhatAnItemIs)
     click("fileInfo.locate");
     EXPECT_FALSE(the("fileInfo.missing").isVisible());
     EXPECT_EQ(item(2).displayName, "Gone");
+}
+
+TEST_F(ItemPanels, tellOfAMissingFileOnce)
+{
+    const QSignalSpy told(&the<Note>("fileInfo.missing"), &Note::announced);
+    state.edit({}, [](DMGProject& p) {
+        p.items[0] = {.sourcePath = "/no/one", .displayName = "one"};
+        p.items[1] = {.sourcePath = "/no/two", .displayName = "two"};
+    });
+    state.selectItem(item(0).id);
+    EXPECT_EQ(told.count(), 1);
+    state.edit({}, [](DMGProject& p) { p.items[0].x += 1; });
+    EXPECT_EQ(told.count(), 1) << "it has been moved, no more";
+    state.selectItem(item(1).id);
+    EXPECT_EQ(told.count(), 2);
+    state.edit({}, [](DMGProject& p) { p.items[1].hidden = true; });
+    EXPECT_EQ(told.count(), 3) << "which means something else";
 }
 
 TEST_F(ItemPanels, figuresFollowADragOnTheCanvas)

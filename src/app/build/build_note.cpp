@@ -6,7 +6,6 @@
 #include "app/plain_widgets.h"
 #include "app/text.h"
 
-#include <QAccessible>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPushButton>
@@ -16,7 +15,7 @@ namespace velmora
 {
 
 BuildNote::BuildNote(QWidget* parent)
-    : QWidget(parent),
+    : Note(parent),
       m_headline(new ClippedLabel(Type::controlStrong, 1, QPalette::WindowText)),
       m_detail(new ClippedLabel(Type::hint, 2, QPalette::PlaceholderText)),
       m_button(new QPushButton)
@@ -52,9 +51,10 @@ void BuildNote::show(Kind kind, const QString& headline, const QString& detail, 
     setAccessibleName(headline);
     setAccessibleDescription(detail);
     setFixedHeight(lookOf(this).length(detail.isEmpty() ? 44 : 64));
-    QWidget::show();
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    if (isVisible())
+        announce();
+    else
+        QWidget::show(); // which announces it
 }
 
 void BuildNote::paintEvent(QPaintEvent*)

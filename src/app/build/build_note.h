@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "app/kit/note.h"
 
 class QPushButton;
 
@@ -11,7 +11,7 @@ class ClippedLabel;
 
 /// What a person has to know of a finished build, on a coloured ground above the log: why it failed, or what the image
 /// lacks; with one button that leads to the cause.
-class BuildNote : public QWidget
+class BuildNote : public Note
 {
     Q_OBJECT
 

@@ -201,10 +201,11 @@ void ItemDetails::showFile(const DMGItem& item)
     m_section->setTitle(item.displayName.empty() ? kind : qtText(item.displayName));
     m_head->setItem(item, sized ? kind + QStringLiteral(" · ") + size.section(QLatin1String(" ("), 0, 0) : kind);
     m_head->setVisible(!missing);
-    if (missing && (m_missing->isHidden() || item != m_told)) // each is announced once
+    const auto told = missing ? std::optional(std::pair(item.id, item.hidden)) : std::nullopt;
+    if (missing && told != m_told) // each is announced once
         m_missing->setText(qtText(Labels::fileMissing),
                            qtText(item.hidden ? Labels::fileMissingLeftOut : Labels::fileMissingRest));
-    m_told = item;
+    m_told = told;
     m_missing->setVisible(missing);
     m_target->setVisible(link);
     m_pathRow->setVisible(!link);

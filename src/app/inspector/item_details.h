@@ -4,6 +4,9 @@
 #include "app/inspector/panel.h"
 #include "editor/app_state.h"
 
+#include <optional>
+#include <utility>
+
 class QLabel;
 class QWidget;
 
@@ -49,7 +52,7 @@ private:
     QLabel* m_created = nullptr;
     QLabel* m_modified = nullptr;
     FolderCount m_count{};
-    DMGItem m_told{}; ///< as last shown
+    std::optional<std::pair<Uuid, bool>> m_told{}; ///< the missing item, and whether it is left out
 };
 
 } // namespace velmora

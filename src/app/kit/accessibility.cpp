@@ -3,7 +3,7 @@
 #include "app/kit/adjustable.h"
 #include "app/kit/color_well.h"
 #include "app/kit/form.h"
-#include "app/kit/note_banner.h"
+#include "app/kit/note.h"
 #include "app/kit/progress_line.h"
 #include "app/kit/segment.h"
 #include "app/kit/segmented_control.h"
@@ -256,7 +256,7 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object)
         return new QAccessibleWidget(widget, QAccessible::PageTabList);
     if (qobject_cast<SegmentedControl*>(widget))
         return new QAccessibleWidget(widget, QAccessible::Grouping);
-    if (qobject_cast<NoteBanner*>(widget))
+    if (qobject_cast<Note*>(widget))
         return new QAccessibleWidget(widget, QAccessible::AlertMessage);
     const QVariant role = widget->property(roleKey);
     return role.isValid() ? new QAccessibleWidget(widget, static_cast<QAccessible::Role>(role.toInt())) : nullptr;

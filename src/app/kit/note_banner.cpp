@@ -4,7 +4,6 @@
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
 
-#include <QAccessible>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
@@ -36,7 +35,7 @@ Colors colorsOf(NoteBanner::Kind kind, const ThemeRoles& roles)
 } // namespace
 
 NoteBanner::NoteBanner(Kind kind, QWidget* parent)
-    : QWidget(parent), m_kind(kind), m_text(new QLabel(this)), m_button(new QPushButton(this))
+    : Note(parent), m_kind(kind), m_text(new QLabel(this)), m_button(new QPushButton(this))
 {
     const Look& look = lookOf(this);
     auto* column = new QVBoxLayout(this);
@@ -60,10 +59,7 @@ void NoteBanner::setText(const QString& lead, const QString& rest)
     m_text->setText(QStringLiteral("<span style=\"font-weight:600\">%1</span>%2%3")
                         .arg(lead.toHtmlEscaped(), separator, rest.toHtmlEscaped()));
     setAccessibleName(lead + separator + rest);
-    if (isVisible()) {
-        QAccessibleEvent alert(this, QAccessible::Alert);
-        QAccessible::updateAccessibility(&alert);
-    }
+    announce();
 }
 
 void NoteBanner::setButton(const QString& label)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "app/kit/note.h"
 
 class QLabel;
 class QPushButton;
@@ -9,7 +9,7 @@ namespace velmora
 {
 
 /// A note on the ground of its role: an icon, a sentence whose beginning may stand out, and at most one button.
-class NoteBanner : public QWidget
+class NoteBanner : public Note
 {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
 
     explicit NoteBanner(Kind kind, QWidget* parent = nullptr);
 
-    /// Plain text: `lead` semibold, then the rest. Announced to assistive technology.
+    /// Plain text: `lead` semibold, then the rest.
     void setText(const QString& lead, const QString& rest = {});
     /// An empty label removes the button.
     void setButton(const QString& label);

@@ -93,6 +93,27 @@ TEST(Accessibility, namesEveryStepWithItsState)
     EXPECT_EQ(second->text(QAccessible::Name), "");
 }
 
+TEST(Accessibility, tellsANoteWheneverItComesIntoView)
+{
+    QWidget window;
+    auto* panel = new QWidget(&window);
+    auto* note = new NoteBanner(NoteBanner::Kind::warning, panel);
+    const QSignalSpy told(note, &Note::announced);
+    note->hide();
+    window.show();
+    note->setText("The file is missing.");
+    EXPECT_EQ(told.count(), 0) << "nobody sees it";
+    note->show();
+    EXPECT_EQ(told.count(), 1);
+    note->setText("Another file is missing.");
+    EXPECT_EQ(told.count(), 2);
+    panel->hide();
+    note->setText("A third one is missing.");
+    EXPECT_EQ(told.count(), 2);
+    panel->show();
+    EXPECT_EQ(told.count(), 3);
+}
+
 TEST(Accessibility, namesAControlAfterItsLabel)
 {
     auto* named = new Switch;
