@@ -16,6 +16,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -182,6 +183,14 @@ TEST_F(ItemPanels, tellWhatAnItemIs)
         EXPECT_EQ(the("fileInfo.reveal").isVisible(), !cases[i].missing && !cases[i].link);
         EXPECT_EQ(the("fileInfo.target").isVisible(), cases[i].link);
     }
+    state.selectItem(item(0).id);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown("fileInfo.size") == "1.5 MB (2 files)"; }));
+    writeFile(app / "three", std::string(500'000, 'x'));
+    QEvent back(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(the<QScrollArea>("inspector.page.fileInfo").widget(), &back);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown("fileInfo.size") == "2.0 MB (3 files)"; }));
+    state.selectItem(item(3).id);
+
     auto& target = the<QLineEdit>("fileInfo.target");
     target.setFocus();
     target.selectAll();

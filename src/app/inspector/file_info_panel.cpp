@@ -55,7 +55,7 @@ protected:
         // Somebody may have been at the files meanwhile.
         if (event->type() == QEvent::WindowActivate || event->type() == QEvent::Show) {
             m_box->list().expireIcons();
-            m_details->expireIcon();
+            m_details->expire();
             if (isVisible())
                 refresh();
         }

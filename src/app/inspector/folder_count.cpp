@@ -43,9 +43,11 @@ FolderCount::~FolderCount()
 
 void FolderCount::count(const std::string& folder)
 {
-    if (folder == m_folder)
+    if (folder == m_folder && !m_expired)
         return;
+    const auto before = folder == m_folder ? m_content : std::nullopt;
     clear();
+    m_content = before;
     m_folder = folder;
     m_stop.emplace();
     m_worker.start([this, folder, stop = m_stop->token()] {
@@ -68,6 +70,7 @@ void FolderCount::clear()
     m_stop.reset();
     m_folder.clear();
     m_content.reset();
+    m_expired = false;
 }
 
 } // namespace velmora

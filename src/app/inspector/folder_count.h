@@ -31,6 +31,8 @@ public:
 
     /// Begins with `folder` unless it is the one that was counted last; gives up any other.
     void count(const std::string& folder);
+    /// From now on files may have changed: the next count() begins anew, the old content stands meanwhile.
+    void expire() { m_expired = true; }
     /// Gives up counting and forgets what was counted.
     void clear();
     /// Nothing while it is not known.
@@ -42,6 +44,7 @@ signals:
 
 private:
     std::string m_folder{};
+    bool m_expired = false;
     std::optional<FolderContent> m_content{};
     std::optional<StopSource> m_stop{};
     QThreadPool m_worker{};

@@ -226,9 +226,10 @@ void ItemDetails::paintEvent(QPaintEvent*)
     drawHorizontalHairline(painter, 0, width(), 0, lookOf(this).palette.dividerColor);
 }
 
-void ItemDetails::expireIcon()
+void ItemDetails::expire()
 {
     m_head->expireIcon();
+    m_count.expire();
 }
 
 } // namespace velmora

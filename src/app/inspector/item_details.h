@@ -27,7 +27,7 @@ public:
 
     void refresh() override;
     /// Files may have changed.
-    void expireIcon();
+    void expire();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
