@@ -95,6 +95,7 @@ void TextSample::paintEvent(QPaintEvent*)
     const double top = std::min(areas.picture.y, areas.label.y);
     const double bottom = std::max(areas.picture.y + areas.picture.height, areas.label.y + areas.label.height);
     painter.translate(qRound((width() - left - right) / 2), qRound((height() - top - bottom) / 2));
+    m_icons.icons().beginDrawing();
     m_icons.draw(painter, item, m_project, look.scale, devicePixelRatioF(), {});
     painter.restore();
     drawBox(painter, rect(), radius, {}, look.roles.border);
