@@ -85,6 +85,20 @@ FocusShape focusShapeOf(const QWidget* widget)
     return {rect, fieldRadius, false, false, !plain};
 }
 
+bool isByKeyboard(Qt::FocusReason reason, bool before)
+{
+    switch (reason) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+        return true;
+    case Qt::MouseFocusReason:
+        return false;
+    default:
+        return before;
+    }
+}
+
 FocusRing::FocusRing()
 {
     setObjectName(QStringLiteral("focusRing"));
@@ -194,11 +208,7 @@ bool FocusFollower::eventFilter(QObject* watched, QEvent* event)
 
 void FocusFollower::focusArrived(QWidget* widget, Qt::FocusReason reason)
 {
-    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
-        m_byKeyboard = true;
-    else if (reason == Qt::MouseFocusReason)
-        m_byKeyboard = false;
-    // Whatever else moves the focus (a window, a menu, the program) continues as the person began.
+    m_byKeyboard = isByKeyboard(reason, m_byKeyboard);
     const FocusShape shape = focusShapeOf(widget);
     // The ring dies with the window that it was a child of.
     if (!m_ring)

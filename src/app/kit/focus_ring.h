@@ -31,6 +31,10 @@ public:
 /// "showsOwnFocus".
 FocusShape focusShapeOf(const QWidget* widget);
 
+/// Whether a focus that arrived for `reason` came by the keyboard. What moves it besides keys and mouse (a window, a
+/// menu, the program) continues as the person began: `before`.
+bool isByKeyboard(Qt::FocusReason reason, bool before);
+
 /// Draws the ring round one widget, above its siblings and without clipping at its parent: a child of the window, or of
 /// the content of the scroll area that the widget is in. It follows every move; the mouse does not see it.
 class FocusRing : public QWidget

@@ -98,15 +98,6 @@ QRectF ValueSlider::trackRect() const
     return {0, 0, std::max(0.0, width() - label - look.length(labelGap)), static_cast<double>(height())};
 }
 
-FocusShape ValueSlider::focusShape() const
-{
-    const double knob = lookOf(this).length(measure::sliderKnob);
-    const QRectF track = trackRect();
-    const double x = m_scale.fractionOf(m_value) * (track.width() - knob);
-    // It moves with the knob, so the slider draws it by itself.
-    return {QRectF(x, (height() - knob) / 2, knob, knob), knob / 2, false, false, false};
-}
-
 bool ValueSlider::take(double value)
 {
     if (value == m_value)
@@ -134,13 +125,10 @@ void ValueSlider::dragTo(double x)
     m_changed = take(value) || m_changed;
 }
 
-bool ValueSlider::event(QEvent* event)
+void ValueSlider::focusInEvent(QFocusEvent* event)
 {
-    if (event->type() == QEvent::FocusIn)
-        m_ring = static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason;
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut || event->type() == QEvent::EnabledChange)
-        update();
-    return QWidget::event(event);
+    m_ring = isByKeyboard(event->reason(), m_ring);
+    QWidget::focusInEvent(event);
 }
 
 void ValueSlider::mousePressEvent(QMouseEvent* event)

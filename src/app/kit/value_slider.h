@@ -35,7 +35,8 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
-    [[nodiscard]] FocusShape focusShape() const override;
+    /// None: the ring moves with the knob, so the slider draws it by itself.
+    [[nodiscard]] FocusShape focusShape() const override { return {.visible = false}; }
 
     [[nodiscard]] double adjustableValue() const override { return m_value; }
     [[nodiscard]] double adjustableMinimum() const override { return m_scale.minimum; }
@@ -51,7 +52,7 @@ signals:
     void editingFinished();
 
 protected:
-    bool event(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

@@ -92,6 +92,29 @@ TEST_F(ValueSliderTest, showsAValueBeyondTheRangeAsItIsAndLeavesItBySteps)
     EXPECT_EQ(finished.count(), 1);
 }
 
+TEST_F(ValueSliderTest, keepsItsRingAsThePersonBeganWhenItsWindowComesBack)
+{
+    const auto picture = [this] { return slider.grab().toImage(); };
+    const auto switchWindows = [this] {
+        QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+        QCoreApplication::sendEvent(&slider, &away);
+        QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+        QCoreApplication::sendEvent(&slider, &back);
+    };
+    slider.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&slider));
+    slider.setFocus(Qt::MouseFocusReason);
+    const QImage plain = picture();
+    switchWindows();
+    EXPECT_EQ(picture(), plain);
+    QTest::keyClick(&slider, Qt::Key_Right);
+    QTest::keyClick(&slider, Qt::Key_Left);
+    const QImage ringed = picture();
+    EXPECT_NE(ringed, plain);
+    switchWindows();
+    EXPECT_EQ(picture(), ringed);
+}
+
 TEST(AngleDial, pointsWhereTheMouseIsAndTurnsRound)
 {
     AngleDial dial;
