@@ -427,6 +427,38 @@ TEST_F(InspectorFields, saysWhenTheBackgroundPictureCannotBeOpened)
     EXPECT_TRUE(the("layout.chooseImage").isVisible());
 }
 
+TEST_F(InspectorFields, takesADragBackAsOneStepHoweverLongTheHandRests)
+{
+    for (const char* name : {"layout.iconSize", "layout.gradientDial"}) {
+        SCOPED_TRACE(name);
+        begin({.field = "project.", .control = ""});
+        QWidget& control = the(name);
+        const DMGProject before = state.project();
+        const QPoint middle = control.rect().center();
+        QTest::mousePress(&control, Qt::LeftButton, {}, middle / 2);
+        now += std::chrono::seconds(5);
+        QTest::mouseMove(&control, middle + QPoint(8, 3));
+        now += std::chrono::seconds(5);
+        QTest::mouseMove(&control, middle + QPoint(8, -5));
+        QTest::mouseRelease(&control, Qt::LeftButton, {}, middle + QPoint(8, -5));
+        const DMGProject dragged = state.project();
+        EXPECT_NE(dragged, before);
+        QTest::keyClick(&control, Qt::Key_Right);
+        EXPECT_NE(state.project(), dragged);
+        state.undo();
+        EXPECT_EQ(state.project(), dragged) << "the drag is over";
+        state.undo();
+        EXPECT_EQ(state.project(), before);
+        // A drag whose control goes away ends as well.
+        QTest::mousePress(&control, Qt::LeftButton, {}, middle / 2);
+        state.setInspectorTab(InspectorTab::text);
+        const DMGProject cut = state.project();
+        state.edit({}, [](DMGProject& p) { p.volumeName = "Other"; });
+        state.undo();
+        EXPECT_EQ(state.project(), cut);
+    }
+}
+
 TEST_F(InspectorFields, keepsTheVeryColorWhenItsPanelIsCancelled)
 {
     begin({.field = "project.gradientEnd", .control = ""});

@@ -36,6 +36,15 @@ public:
     }
 };
 
+/// A drag is one step, however long the hand rests meanwhile; a key or a turn of the wheel belongs to a run.
+template <typename Control>
+void bindDrag(Control& control, AppState& state)
+{
+    QObject::connect(&control, &Control::dragBegan, &state, &AppState::beginGesture);
+    QObject::connect(&control, &Control::dragEnded, &state, &AppState::endGesture);
+    QObject::connect(&control, &Control::editingFinished, &state, &AppState::endTypingRun);
+}
+
 } // namespace
 
 std::function<void()> bindNumber(NumberField& control, const NumberSpec& spec, Field<double> field)
@@ -56,8 +65,7 @@ std::function<void()> bindNumber(NumberField& control, const NumberSpec& spec, F
 std::function<void()> bindSlider(ValueSlider& control, Field<double> field)
 {
     QObject::connect(&control, &ValueSlider::valueEdited, &control, [field](double value) { field.store(value); });
-    QObject::connect(&control, &ValueSlider::editingFinished, &control,
-                     [&state = field.state] { state.endTypingRun(); });
+    bindDrag(control, field.state);
     return [&control, field] { control.setValue(field.value()); };
 }
 
@@ -107,7 +115,7 @@ std::function<void()> bindHex(HexField& control, Field<CodableColor> field)
 std::function<void()> bindDial(AngleDial& control, Field<double> field)
 {
     QObject::connect(&control, &AngleDial::angleEdited, &control, [field](double degrees) { field.store(degrees); });
-    QObject::connect(&control, &AngleDial::editingFinished, &control, [&state = field.state] { state.endTypingRun(); });
+    bindDrag(control, field.state);
     return [&control, field] { control.setAngle(field.value()); };
 }
 

@@ -122,6 +122,7 @@ void AngleDial::mousePressEvent(QMouseEvent* event)
     }
     m_dragging = true;
     m_changed = false;
+    emit dragBegan();
     pointAt(event->position(), event->modifiers() & Qt::ShiftModifier);
 }
 
@@ -133,11 +134,22 @@ void AngleDial::mouseMoveEvent(QMouseEvent* event)
 
 void AngleDial::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (!m_dragging || event->button() != Qt::LeftButton)
+    if (event->button() == Qt::LeftButton)
+        endDrag();
+}
+
+void AngleDial::hideEvent(QHideEvent*)
+{
+    endDrag(); // the release goes elsewhere
+}
+
+void AngleDial::endDrag()
+{
+    if (!std::exchange(m_dragging, false))
         return;
-    m_dragging = false;
     if (std::exchange(m_changed, false))
         emit editingFinished();
+    emit dragEnded();
 }
 
 void AngleDial::keyPressEvent(QKeyEvent* event)

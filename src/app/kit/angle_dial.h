@@ -41,6 +41,9 @@ signals:
     void angleEdited(double degrees);
     /// The movement is over: at the release of the mouse, or after each key.
     void editingFinished();
+    /// The mouse took hold, and let go; a drag that is cut short lets go too.
+    void dragBegan();
+    void dragEnded();
 
 protected:
     bool event(QEvent* event) override;
@@ -49,10 +52,12 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     void pointAt(const QPointF& position, bool coarse);
+    void endDrag();
     void turnBy(double degrees);
     bool take(double degrees);
 

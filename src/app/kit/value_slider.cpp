@@ -146,6 +146,7 @@ void ValueSlider::mousePressEvent(QMouseEvent* event)
     m_grip = onKnob ? distance : 0;
     m_dragging = true;
     m_changed = false;
+    emit dragBegan();
     m_ring = false;
     update();
     if (!onKnob)
@@ -160,11 +161,22 @@ void ValueSlider::mouseMoveEvent(QMouseEvent* event)
 
 void ValueSlider::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (!m_dragging || event->button() != Qt::LeftButton)
+    if (event->button() == Qt::LeftButton)
+        endDrag();
+}
+
+void ValueSlider::hideEvent(QHideEvent*)
+{
+    endDrag(); // the release goes elsewhere
+}
+
+void ValueSlider::endDrag()
+{
+    if (!std::exchange(m_dragging, false))
         return;
-    m_dragging = false;
     if (std::exchange(m_changed, false))
         emit editingFinished();
+    emit dragEnded();
 }
 
 void ValueSlider::mouseDoubleClickEvent(QMouseEvent* event)
@@ -173,7 +185,7 @@ void ValueSlider::mouseDoubleClickEvent(QMouseEvent* event)
         mousePressEvent(event);
         return;
     }
-    m_dragging = false;
+    endDrag();
     if (take(*m_home))
         emit editingFinished();
 }

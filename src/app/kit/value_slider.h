@@ -50,6 +50,9 @@ signals:
     void valueEdited(double value);
     /// The movement is over: at the release of the mouse, or after each key.
     void editingFinished();
+    /// The mouse took hold, and let go; a drag that is cut short lets go too.
+    void dragBegan();
+    void dragEnded();
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
@@ -59,12 +62,14 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     [[nodiscard]] QRectF trackRect() const;
     [[nodiscard]] QString shownText(double value) const;
     void dragTo(double x);
+    void endDrag();
     bool take(double value);
 
     SliderScale m_scale;
