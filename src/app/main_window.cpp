@@ -19,6 +19,7 @@
 #include "canvas/canvas_view.h"
 #include "editor/app_state.h"
 #include "l10n/labels.h"
+#include "l10n/language_manager.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -26,6 +27,8 @@
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTimer>
+
+#include <utility>
 
 namespace velmora
 {
@@ -133,6 +136,11 @@ void MainWindow::connectState()
     connect(state, &AppState::isDirtyChanged, this, &MainWindow::updateTitle);
     connect(state, &AppState::editorModeChanged, this, &MainWindow::showMode);
     connect(state, &AppState::showArrowPickerChanged, this, &MainWindow::showPicker);
+    connect(&m_context.languages, &LanguageManager::changed, this, [this] {
+        m_context.state.setShowArrowPicker(false);
+        delete std::exchange(m_picker, nullptr); // the next one has the new texts
+        m_canvas->update();
+    });
     connect(m_toolbar, &Toolbar::buildShown, this, &MainWindow::openBuildSheet);
     connect(m_buildSheet, &BuildSheet::openWanted, this, &MainWindow::openBuildSheet);
     connect(m_buildSheet, &BuildSheet::closeWanted, this, &MainWindow::closeSheet);

@@ -4,10 +4,21 @@
 
 namespace velmora::L10n
 {
+namespace
+{
+
+const LanguageManager* source = nullptr;
+
+} // namespace
 
 std::string t(std::string_view key)
 {
-    return LanguageManager::shared().string(key);
+    return (source ? *source : LanguageManager::shared()).string(key);
+}
+
+void setSource(const LanguageManager* manager)
+{
+    source = manager;
 }
 
 } // namespace velmora::L10n

@@ -131,6 +131,9 @@ void Inspector::retranslate()
         button->setText(localized(tabs[i].key));
         button->setToolTip(helpOf(tabs[i]));
         button->setAccessibleDescription(helpOf(tabs[i]));
+        // Their texts are all over them: panels are made anew when they are shown next.
+        m_panels[i] = nullptr;
+        delete m_pages[i]->takeWidget();
     }
     showTab();
 }

@@ -18,18 +18,33 @@
 #include <QStackedWidget>
 
 #include <algorithm>
+#include <array>
 
 namespace velmora
 {
 namespace
 {
 
-constexpr int keyRole = Qt::UserRole;
+struct PageEntry {
+    const char* name; ///< of its icon too
+    const char* key;  ///< in the string tables; empty where they have none
+};
+
+/// In the order of SettingsTab.
+constexpr std::array entries{
+    PageEntry{"theme", "settings.theme"},       PageEntry{"updates", "settings.updates"},
+    PageEntry{"language", "settings.language"}, PageEntry{"window", ""},
+    PageEntry{"about", "settings.about"},       PageEntry{"help", "settings.help"},
+};
 
 } // namespace
 
 SettingsWindow::SettingsWindow(const AppContext& context, const WindowCommands& commands, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_context(context), m_list(new PageList), m_pages(new QStackedWidget)
+    : QWidget(parent, Qt::Window),
+      m_context(context),
+      m_commands(commands),
+      m_list(new PageList),
+      m_pages(new QStackedWidget)
 {
     const Look& look = lookOf(this);
     setObjectName(QStringLiteral("settings"));
@@ -43,33 +58,36 @@ SettingsWindow::SettingsWindow(const AppContext& context, const WindowCommands& 
     layout->addWidget(m_list);
     layout->addWidget(m_pages, 1);
 
-    addPage("theme", "settings.theme", "theme", makeThemePage(m_context));
-    addPage("updates", "settings.updates", "updates", makeUpdatesPage(m_context));
-    addPage("language", "settings.language", "language", makeLanguagePage(m_context));
-    addPage("window", "", "window", makeWindowPage(m_context, commands, parent));
-    addPage("about", "settings.about", "about", makeAboutPage(m_context));
-    addPage("help", "settings.help", "help", makeHelpPage(m_context));
-    retranslate();
+    for (const PageEntry& entry : entries)
+        m_list->addPage(QLatin1String(entry.name));
+    makePages();
     connect(m_list, &QListWidget::currentRowChanged, this, &SettingsWindow::choose);
-    connect(&m_context.languages, &LanguageManager::changed, this, &SettingsWindow::retranslate);
+    // Later: it is a control of a page that changes the language.
+    connect(&m_context.languages, &LanguageManager::changed, this, &SettingsWindow::makePages, Qt::QueuedConnection);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this, &QWidget::close);
 }
 
-void SettingsWindow::addPage(const char* icon, const char* key, const char* name, QWidget* page)
+void SettingsWindow::makePages()
 {
-    m_list->addPage(QLatin1String(icon))->setData(keyRole, QLatin1String(key));
-    page->setObjectName(QLatin1String("settings.page.") + QLatin1String(name));
-    m_pages->addWidget(page);
-}
-
-void SettingsWindow::retranslate()
-{
-    for (int i = 0; i < m_list->count(); ++i) {
-        const QByteArray key = m_list->item(i)->data(keyRole).toString().toUtf8();
-        m_list->item(i)->setText(key.isEmpty() ? qtText(Labels::window) : localized(key.toStdString()));
+    const int shown = m_pages->currentIndex();
+    const QWidget* focus = focusWidget();
+    const QString focused = focus && m_pages->isAncestorOf(focus) ? focus->objectName() : QString();
+    while (m_pages->count() > 0)
+        delete m_pages->widget(0);
+    const std::array pages{makeThemePage(m_context),    makeUpdatesPage(m_context),
+                           makeLanguagePage(m_context), makeWindowPage(m_context, m_commands, parentWidget()),
+                           makeAboutPage(m_context),    makeHelpPage(m_context)};
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const std::string_view key = entries.at(i).key;
+        m_list->item(static_cast<int>(i))->setText(key.empty() ? qtText(Labels::window) : localized(key));
+        pages.at(i)->setObjectName(QLatin1String("settings.page.") + QLatin1String(entries.at(i).name));
+        m_pages->addWidget(pages.at(i));
     }
+    m_pages->setCurrentIndex(std::max(shown, 0));
     if (const QListWidgetItem* row = m_list->currentItem())
         setWindowTitle(row->text());
+    if (QWidget* again = focused.isEmpty() ? nullptr : m_pages->findChild<QWidget*>(focused))
+        again->setFocus(Qt::OtherFocusReason);
 }
 
 void SettingsWindow::showTab(int tab)

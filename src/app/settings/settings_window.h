@@ -36,11 +36,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void addPage(const char* icon, const char* key, const char* name, QWidget* page);
-    void retranslate();
+    void makePages();
     void choose(int tab);
 
     AppContext m_context;
+    WindowCommands m_commands;
     PageList* m_list;
     QStackedWidget* m_pages;
 };
