@@ -94,9 +94,7 @@ void ArrowTile::paintEvent(QPaintEvent*)
     const QRectF tile = QRectF(rect());
     if (isChecked()) {
         drawBox(painter, tile, look.length(tileRadius), look.roles.accentSoft, QColor());
-        painter.setPen(QPen(look.roles.accentFill, 2));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(tile.adjusted(1, 1, -1, -1), look.length(tileRadius) - 1, look.length(tileRadius) - 1);
+        drawChosenRing(painter, tile, look.length(tileRadius), look);
     } else if (underMouse()) {
         drawBox(painter, tile, look.length(tileRadius), look.palette.hoverFill, QColor());
     }

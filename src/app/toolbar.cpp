@@ -1,8 +1,8 @@
 #include "app/toolbar.h"
 
-#include "app/chrome.h"
 #include "app/kit/accessibility.h"
 #include "app/kit/look.h"
+#include "app/kit/paint.h"
 #include "app/kit/roving_focus.h"
 #include "app/text.h"
 #include "editor/app_state.h"
@@ -30,7 +30,7 @@ protected:
         QPainter painter(this);
         const Look& look = lookOf(this);
         const int inset = look.length(4); // beside the toolbar's own 6
-        painter.fillRect(QRect(inset, height() / 2, QWidget::width() - 2 * inset, 1), look.palette.dividerColor);
+        drawHorizontalHairline(painter, inset, QWidget::width() - inset, height() / 2, look.palette.dividerColor);
     }
 };
 
@@ -178,8 +178,9 @@ void Toolbar::retranslate()
 void Toolbar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintChrome(painter, rect(), lookOf(this));
-    painter.fillRect(QRect(QWidget::width() - 1, 0, 1, height()), lookOf(this).palette.dividerColor);
+    const ThemePalette& colors = lookOf(this).palette;
+    drawChrome(painter, rect(), colors);
+    drawVerticalHairline(painter, QWidget::width() - 1, 0, height(), colors.dividerColor);
 }
 
 } // namespace velmora

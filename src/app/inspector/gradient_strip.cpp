@@ -39,7 +39,7 @@ void GradientStrip::paintEvent(QPaintEvent*)
     painter.save();
     painter.setClipPath(shape);
     if (m_start.alpha() < 255 || m_end.alpha() < 255)
-        drawChecker(painter, strip, look.length(4), Qt::white, QColor(0xC8, 0xCB, 0xD2));
+        drawColorChecker(painter, strip, look.length(4));
     QLinearGradient run(strip.topLeft(), strip.topRight());
     run.setColorAt(0, m_start);
     run.setColorAt(1, m_end);

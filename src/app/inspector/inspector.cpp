@@ -2,6 +2,7 @@
 
 #include "app/focus_areas.h"
 #include "app/inspector/panel.h"
+#include "app/kit/paint.h"
 #include "app/kit/tab_rail.h"
 #include "app/plain_widgets.h"
 #include "app/text.h"
@@ -166,9 +167,9 @@ void Inspector::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.fillRect(rect(), look.roles.panel);
     const QColor& line = look.palette.dividerColor;
-    painter.fillRect(QRect(0, 0, 1, height()), line);
-    painter.fillRect(QRect(m_panelArea->width() - 1, 0, 1, height()), line);
-    painter.fillRect(QRect(0, m_title->height(), m_panelArea->width(), 1), line);
+    drawVerticalHairline(painter, 0, 0, height(), line);
+    drawVerticalHairline(painter, m_panelArea->width() - 1, 0, height(), line);
+    drawHorizontalHairline(painter, 0, m_panelArea->width(), m_title->height(), line);
 }
 
 } // namespace velmora

@@ -89,7 +89,7 @@ void ColorWell::paintEvent(QPaintEvent*)
         painter.setClipPath(shape);
         QRectF half = inner;
         half.setLeft(inner.center().x());
-        drawChecker(painter, half, look.length(5), Qt::white, QColor(0xC8, 0xCB, 0xD2));
+        drawColorChecker(painter, half, look.length(5));
         painter.fillRect(half, m_color);
     }
 }

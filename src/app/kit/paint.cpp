@@ -144,6 +144,22 @@ void drawTick(QPainter& painter, const QRectF& box, const QColor& color)
     painter.restore();
 }
 
+void drawAccentTick(QPainter& painter, const QRectF& box, const Look& look)
+{
+    drawBox(painter, box, box.width() / 2, look.roles.accentFill, {});
+    drawTick(painter, box, look.roles.onAccent);
+}
+
+void drawChosenRing(QPainter& painter, const QRectF& rect, double radius, const Look& look)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(look.roles.accentFill, 2));
+    painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), radius - 1, radius - 1);
+    painter.restore();
+}
+
 void drawBusyRing(QPainter& painter, const QRectF& box, double turn, const QColor& color, const Look& look)
 {
     painter.save();
@@ -166,11 +182,11 @@ void drawBusyRing(QPainter& painter, const QRectF& box, double turn, const QColo
     painter.restore();
 }
 
-void drawChrome(QPainter& painter, const QRectF& rect, const Look& look)
+void drawChrome(QPainter& painter, const QRectF& rect, const ThemePalette& palette)
 {
     QLinearGradient ground(rect.topLeft(), rect.bottomLeft());
-    ground.setColorAt(0, look.palette.chromeGradient[0]);
-    ground.setColorAt(1, look.palette.chromeGradient[1]);
+    ground.setColorAt(0, palette.chromeGradient[0]);
+    ground.setColorAt(1, palette.chromeGradient[1]);
     painter.fillRect(rect, ground);
 }
 
@@ -185,6 +201,11 @@ void drawChecker(QPainter& painter, const QRectF& rect, double square, const QCo
             painter.fillRect(QRectF(x, y, square, square), second);
     }
     painter.restore();
+}
+
+void drawColorChecker(QPainter& painter, const QRectF& rect, double square)
+{
+    drawChecker(painter, rect, square, Qt::white, QColor(0xC8, 0xCB, 0xD2));
 }
 
 void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text, const QFont& font,

@@ -15,6 +15,7 @@ namespace velmora
 {
 
 struct Look;
+struct ThemePalette;
 
 /// The opaque colour that shows when `over` is laid over the opaque `under`.
 QColor laidOver(const QColor& under, const QColor& over);
@@ -37,15 +38,21 @@ void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, bool ga
 /// Signs of controls. A chevron is half as tall as wide, without the round ends of its line.
 void drawChevron(QPainter& painter, const QPointF& centre, double width, bool up, const QColor& color);
 void drawTick(QPainter& painter, const QRectF& box, const QColor& color);
+/// The tick on a round accent ground that marks what is chosen or done.
+void drawAccentTick(QPainter& painter, const QRectF& box, const Look& look);
+/// The ring within the edge of a card or tile that is chosen, 2 points wide.
+void drawChosenRing(QPainter& painter, const QRectF& rect, double radius, const Look& look);
 
 /// A busy ring in `box`. `turn` (0 to 1) is how far it has turned; reduced motion draws three still dots.
 void drawBusyRing(QPainter& painter, const QRectF& box, double turn, const QColor& color, const Look& look);
 
 /// The gradient of toolbar, tab column and settings window, from the top of `rect` to its bottom.
-void drawChrome(QPainter& painter, const QRectF& rect, const Look& look);
+void drawChrome(QPainter& painter, const QRectF& rect, const ThemePalette& palette);
 
 /// The squares behind a transparent picture.
 void drawChecker(QPainter& painter, const QRectF& rect, double square, const QColor& first, const QColor& second);
+/// The squares behind a colour that is not opaque, light in every theme.
+void drawColorChecker(QPainter& painter, const QRectF& rect, double square);
 
 /// One line of text in `rect`, elided at its end when it is too long.
 void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text, const QFont& font,

@@ -92,8 +92,7 @@ void StepList::drawMark(QPainter& painter, const QRectF& box, StepState state) c
         drawBusyRing(painter, box.adjusted(1, 1, -1, -1), m_turn.turn(), look.roles.accentText, look);
         break;
     case StepState::done:
-        drawBox(painter, box, box.width() / 2, look.roles.accentFill, {});
-        drawTick(painter, box, look.roles.onAccent);
+        drawAccentTick(painter, box, look);
         break;
     case StepState::failed: {
         drawBox(painter, box, box.width() / 2, look.roles.error, {});

@@ -64,7 +64,7 @@ QSize TabRail::sizeHint() const
 void TabRail::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    drawChrome(painter, rect(), lookOf(this));
+    drawChrome(painter, rect(), lookOf(this).palette);
 }
 
 } // namespace velmora

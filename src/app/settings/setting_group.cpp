@@ -2,7 +2,6 @@
 
 #include "app/kit/paint.h"
 #include "app/plain_widgets.h"
-#include "app/settings/chosen_mark.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -97,7 +96,7 @@ void ChoiceRow::paintEvent(QPaintEvent*)
     const int mark = look.length(markSize);
     const QRectF box(width() - padding - mark, (height() - mark) / 2, mark, mark);
     if (isChecked())
-        drawChosenMark(painter, box, look);
+        drawAccentTick(painter, box, look);
     else
         drawBox(painter, box, mark / 2.0, look.roles.field, look.roles.control);
     drawLine(painter, QRectF(padding, 0, box.left() - 2 * padding, height()), Qt::AlignLeft | Qt::AlignVCenter, text(),

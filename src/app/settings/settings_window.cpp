@@ -1,6 +1,5 @@
 #include "app/settings/settings_window.h"
 
-#include "app/chrome.h"
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
 #include "app/settings/page_list.h"
@@ -127,7 +126,7 @@ void SettingsWindow::paintEvent(QPaintEvent*)
 {
     const Look& look = lookOf(this);
     QPainter painter(this);
-    paintChrome(painter, rect(), look);
+    drawChrome(painter, rect(), look.palette);
     drawVerticalHairline(painter, m_list->width() - 1, 0, height(), look.palette.dividerColor);
 }
 

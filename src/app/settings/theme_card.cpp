@@ -2,11 +2,9 @@
 
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
-#include "app/settings/chosen_mark.h"
 #include "app/text.h"
 #include "app/theme/theme_roles.h"
 
-#include <QLinearGradient>
 #include <QPainter>
 
 #include <array>
@@ -37,11 +35,8 @@ void drawMiniature(QPainter& painter, const ThemePalette& palette, const ThemeRo
     QPainterPath shape;
     shape.addRoundedRect(frame, miniatureRadius, miniatureRadius);
     painter.setClipPath(shape);
-    QLinearGradient chrome(frame.topLeft(), frame.bottomLeft());
-    chrome.setColorAt(0, palette.chromeGradient[0]);
-    chrome.setColorAt(1, palette.chromeGradient[1]);
     painter.fillRect(frame, palette.canvasBackground);
-    painter.fillRect(QRectF(0, 0, 14, miniatureHeight), chrome);
+    drawChrome(painter, QRectF(0, 0, 14, miniatureHeight), palette);
     painter.fillRect(QRectF(74, 0, 22, miniatureHeight), roles.panel);
     const std::array tools{faded(roles.secondary, 0.7), palette.accent, faded(roles.secondary, 0.7)};
     for (std::size_t i = 0; i < tools.size(); ++i)
@@ -92,11 +87,8 @@ void ThemeCard::paintEvent(QPaintEvent*)
     drawBox(painter, rect(), radius, look.roles.panel, isChecked() ? QColor() : look.roles.border);
     if (underMouse() && !isChecked())
         drawBox(painter, rect(), radius, look.palette.hoverFill, look.roles.control);
-    if (isChecked()) {
-        painter.setPen(QPen(look.roles.accentFill, 2));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius - 1, radius - 1);
-    }
+    if (isChecked())
+        drawChosenRing(painter, rect(), radius, look);
 
     const int padding = look.length(cardPadding);
     painter.save();
@@ -110,7 +102,7 @@ void ThemeCard::paintEvent(QPaintEvent*)
     const double middle = height() / 2.0;
     const double markLeft = width() - look.length(rightPadding + markSize);
     if (isChecked())
-        drawChosenMark(
+        drawAccentTick(
             painter,
             QRectF(markLeft, middle - look.length(markSize) / 2.0, look.length(markSize), look.length(markSize)), look);
     const double swatchLeft = markLeft - look.length(14 + swatchesWidth);

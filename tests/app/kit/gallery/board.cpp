@@ -87,7 +87,7 @@ protected:
         const Look& look = lookOf(this);
         QPainter painter(this);
         if (m_chrome)
-            drawChrome(painter, rect(), look);
+            drawChrome(painter, rect(), look.palette);
         else
             painter.fillRect(rect(), look.roles.panel);
     }
