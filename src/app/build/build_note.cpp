@@ -1,9 +1,9 @@
 #include "app/build/build_note.h"
 
 #include "app/clipped_label.h"
+#include "app/kit/form.h"
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
-#include "app/plain_widgets.h"
 #include "app/text.h"
 
 #include <QHBoxLayout>
@@ -46,7 +46,7 @@ void BuildNote::show(Kind kind, const QString& headline, const QString& detail, 
     m_detail->setText(detail);
     m_detail->setVisible(!detail.isEmpty());
     m_button->setText(withoutMnemonics(button));
-    m_button->setAccessibleName(accessibleText(button));
+    m_button->setAccessibleName(accessibleNameFor(button));
     m_button->setVisible(!button.isEmpty());
     setAccessibleName(headline);
     setAccessibleDescription(detail);

@@ -6,7 +6,7 @@
 #include "app/kit/look.h"
 #include "app/kit/note_banner.h"
 #include "app/kit/number_field.h"
-#include "app/plain_widgets.h"
+#include "app/kit/plain_labels.h"
 #include "app/text.h"
 #include "canvas/canvas_elements.h"
 #include "l10n/labels.h"
@@ -30,7 +30,7 @@ public:
           m_preview(new CheckerThumbnail(QSize(268, 96))),
           m_missing(new NoteBanner(NoteBanner::Kind::warning)),
           m_name(new ClippedLabel(Type::controlStrong, 1, QPalette::WindowText)),
-          m_about(hintLabel({}))
+          m_about(makeHint({}))
     {
         Section* section = addSection(localized("section.overlay_image"));
         addPicture(*section);

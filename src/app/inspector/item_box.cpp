@@ -1,9 +1,10 @@
 #include "app/inspector/item_box.h"
 
 #include "app/inspector/item_list.h"
+#include "app/kit/form.h"
 #include "app/kit/icons.h"
 #include "app/kit/paint.h"
-#include "app/plain_widgets.h"
+#include "app/kit/plain_labels.h"
 #include "app/text.h"
 #include "l10n/labels.h"
 
@@ -40,8 +41,8 @@ public:
     BarButton(const char* icon, const char* objectName, const QString& name) : m_icon(QLatin1String(icon))
     {
         setObjectName(QLatin1String(objectName));
-        setAccessibleName(accessibleText(name));
-        setToolTip(accessibleText(name));
+        setAccessibleName(accessibleNameFor(name));
+        setToolTip(accessibleNameFor(name));
         setFixedSize(lookOf(this).length(barButtonWidth), lookOf(this).length(barHeight));
         setFocusPolicy(Qt::StrongFocus);
         setAttribute(Qt::WA_Hover);

@@ -9,8 +9,8 @@
 #include "app/kit/number_field.h"
 #include "app/kit/paint.h"
 #include "app/kit/path_label.h"
+#include "app/kit/plain_labels.h"
 #include "app/kit/value_slider.h"
-#include "app/plain_widgets.h"
 #include "app/text.h"
 #include "l10n/labels.h"
 #include "model/enums.h"
@@ -170,7 +170,7 @@ QWidget* PictureRows::makeAdjustments()
                             &DMGProject::backgroundImageOffsetY, "backgroundImageOffsetY");
     QPushButton* reset = actionButton(localized("bg_reset_adjust"), "layout.resetAdjustments",
                                       [this] { m_state.resetBackgroundImageAdjustments(); });
-    return column({hintLabel(localized("bg_image_active")), new FormRow(localized("bg_fit_mode"), fit),
+    return column({makeHint(localized("bg_image_active")), new FormRow(localized("bg_fit_mode"), fit),
                    new FormRow(localized("bg_scale"), scale),
                    new FormRow(localized("text_shadow_offset"), sideBySide({x, y})), reset});
 }

@@ -8,6 +8,7 @@
 #include "app/kit/checker_thumbnail.h"
 #include "app/kit/form.h"
 #include "app/kit/number_field.h"
+#include "app/kit/plain_labels.h"
 #include "app/kit/segmented_control.h"
 #include "app/text.h"
 #include "l10n/labels.h"
@@ -133,7 +134,7 @@ private:
         internet->setObjectName(QStringLiteral("volume.internetEnabled"));
         internet->setAccessibleDescription(qtText(Labels::internetEnabledWorth));
         onRefresh(bindCheck(*internet, choiceField<bool>(state(), &DMGProject::internetEnabled)));
-        auto* worth = hintLabel(qtText(Labels::internetEnabledWorth));
+        auto* worth = makeHint(qtText(Labels::internetEnabledWorth));
         auto* holder = new QWidget;
         auto* column = new QVBoxLayout(holder);
         column->setContentsMargins({});

@@ -2,6 +2,7 @@
 
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
+#include "app/kit/plain_labels.h"
 #include "app/kit/switch.h"
 #include "app/kit/velmora_style.h"
 
@@ -36,16 +37,6 @@ QString accessibleNameFor(const QString& label)
     while (name.endsWith(QLatin1Char(':')) || name.endsWith(QChar(0x2026)) || name.endsWith(QLatin1Char(' ')))
         name.chop(1);
     return name;
-}
-
-QLabel* hintLabel(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setFont(lookOf(label).font(Type::hint));
-    label->setForegroundRole(QPalette::PlaceholderText);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
 }
 
 QWidget* sideBySide(const QList<QWidget*>& controls)
@@ -104,7 +95,7 @@ void FormRow::setError(const QString& sentence)
     if (!m_error && sentence.isEmpty())
         return;
     if (!m_error) {
-        m_error = hintLabel({});
+        m_error = makeHint({});
         m_error->setForegroundRole(QPalette::BrightText);
         m_column->addWidget(m_error);
     }
@@ -168,7 +159,7 @@ FormRow* Section::addRow(const QString& label, QWidget* control)
 
 QLabel* Section::addHint(const QString& text)
 {
-    QLabel* hint = hintLabel(text);
+    QLabel* hint = makeHint(text);
     addRow(hint);
     return hint;
 }

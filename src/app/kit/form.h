@@ -65,8 +65,6 @@ private:
 QWidget* sideBySide(const QList<QWidget*>& controls);
 /// A control at the left of a row, with its own width.
 QWidget* atLeft(const QList<QWidget*>& controls);
-/// A label in small secondary type that wraps.
-QLabel* hintLabel(const QString& text);
 /// A label's text as the name of its control: no colon, no ellipsis, no mnemonic.
 QString accessibleNameFor(const QString& label);
 

@@ -1,5 +1,6 @@
 #include "app/settings/settings_window.h"
 
+#include "app/kit/form.h"
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
 #include "app/settings/page_list.h"
@@ -49,7 +50,7 @@ SettingsWindow::SettingsWindow(const AppContext& context, const WindowCommands& 
     setObjectName(QStringLiteral("settings"));
     setFixedSize(look.length(680), look.length(536));
     m_list->setObjectName(QStringLiteral("settings.list"));
-    m_list->setAccessibleName(qtText(Labels::settings).chopped(1));
+    m_list->setAccessibleName(accessibleNameFor(qtText(Labels::settings)));
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
