@@ -8,11 +8,6 @@
 namespace velmora
 {
 
-NumberField* ArrangePart::makeNumberField()
-{
-    return new NumberField;
-}
-
 void ArrangePart::addButtonSection(QPushButton* button)
 {
     addSection({})->addRow(button);

@@ -26,15 +26,10 @@ protected:
     NumberField* addNumber(const NumberSpec& spec, const std::function<std::optional<Uuid>()>& selected,
                            double Element::*member)
     {
-        NumberField* field = makeNumberField();
-        onRefresh(bindNumber(*field, spec, elementField<Element, double>(state(), selected, member, spec.objectName)));
-        return field;
+        return makeNumber(spec, elementField<Element, double>(state(), selected, member, spec.objectName), reads());
     }
     /// A section without a header, with one button.
     void addButtonSection(QPushButton* button);
-
-private:
-    static NumberField* makeNumberField();
 };
 
 /// The number fields for the place and size of a box on the canvas.

@@ -1,9 +1,6 @@
 #include "app/inspector/action_button.h"
 #include "app/inspector/arrange_part.h"
 #include "app/inspector/caption_edit.h"
-#include "app/inspector/hex_field.h"
-#include "app/kit/angle_dial.h"
-#include "app/kit/color_well.h"
 #include "app/kit/form.h"
 #include "app/kit/look.h"
 #include "app/kit/number_field.h"
@@ -11,11 +8,8 @@
 #include "app/kit/switch.h"
 #include "app/text.h"
 #include "l10n/labels.h"
-#include "model/enums.h"
 #include "render/conversions.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -26,11 +20,9 @@ namespace
 
 using T = DMGTextOverlay;
 
-constexpr double halfControl = 84;
-
 QWidget* alone(NumberField* field)
 {
-    field->setFixedWidth(lookOf(field).length(halfControl));
+    field->setFixedWidth(lookOf(field).length(measure::halfControl));
     return atLeft({field});
 }
 
@@ -106,15 +98,7 @@ private:
     void addColor(Section& section, const QString& label, CodableColor T::*member, const char* name,
                   const char* spokenName)
     {
-        auto* well = new ColorWell;
-        well->setObjectName(QLatin1String(name));
-        well->setAccessibleName(qtText(spokenName));
-        auto* hex = new HexField;
-        hex->setObjectName(QLatin1String(name) + QStringLiteral("Hex"));
-        hex->setAccessibleName(qtText(spokenName) + QStringLiteral(" in hexadecimal"));
-        onRefresh(bindColor(*well, field<CodableColor>(member, name)));
-        onRefresh(bindHex(*hex, field<CodableColor>(member, name)));
-        section.addRow(label, atLeft({well, hex}));
+        section.addRow(label, makeColorRow(name, spokenName, field<CodableColor>(member, name), reads()));
     }
 
     struct Choice {
@@ -158,25 +142,9 @@ private:
         onRefresh(bindCheck(*on, field<bool>(&T::shadowEnabled, "")));
         addColor(*section, localized("text_color"), &T::shadowColor, "arrange.shadowColor", "Shadow color");
 
-        auto* dial = new AngleDial;
-        dial->setObjectName(QStringLiteral("arrange.shadowDial"));
-        dial->setAccessibleName(QStringLiteral("Shadow angle"));
-        dial->setSpokenText([](double angle) { return QStringLiteral("%1 degrees").arg(qRound(angle)); });
-        onRefresh(bindDial(*dial, field<double>(&T::shadowAngle, "shadowAngle")));
-        NumberField* angle = addNumber(
-            {.objectName = "arrange.shadowAngle", .spokenName = "Shadow angle in degrees", .maximum = 360, .unit = "°"},
-            selected(), &T::shadowAngle);
-        angle->setAccessibleDescription(QStringLiteral("degrees"));
-        angle->setWrapping(true);
-        angle->setFixedWidth(lookOf(this).length(halfControl));
-        auto* both = new QWidget;
-        auto* line = new QHBoxLayout(both);
-        line->setContentsMargins({});
-        line->addWidget(dial);
-        line->addStretch(1);
-        line->addWidget(angle);
-        section->addRow(localized("text_shadow_angle"), both);
-
+        section->addRow(
+            localized("text_shadow_angle"),
+            makeAngleRow("arrange.shadow", "Shadow angle", field<double>(&T::shadowAngle, "shadowAngle"), reads()));
         const auto points = [](const char* name, const char* spoken) {
             return NumberSpec{.objectName = name, .spokenName = spoken, .maximum = 40, .unit = "pt"};
         };

@@ -3,15 +3,17 @@
 #include "app/inspector/hex_field.h"
 #include "app/kit/angle_dial.h"
 #include "app/kit/color_well.h"
+#include "app/kit/form.h"
+#include "app/kit/look.h"
 #include "app/kit/number_field.h"
 #include "app/kit/segmented_control.h"
 #include "app/kit/value_slider.h"
-#include "app/text.h"
 #include "render/conversions.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
+#include <QHBoxLayout>
 #include <QLineEdit>
 
 #include <memory>
@@ -45,7 +47,25 @@ void bindDrag(Control& control, AppState& state)
     QObject::connect(&control, &Control::editingFinished, &state, &AppState::endTypingRun);
 }
 
+/// A control at each end of a row.
+QWidget* atBothEnds(QWidget* left, QWidget* right)
+{
+    auto* holder = new QWidget;
+    auto* row = new QHBoxLayout(holder);
+    row->setContentsMargins({});
+    row->addWidget(left);
+    row->addStretch(1);
+    row->addWidget(right);
+    return holder;
+}
+
 } // namespace
+
+Field<int> twoWayField(AppState& state, bool DMGProject::*member)
+{
+    return {state, [member](const DMGProject& p) { return p.*member ? 0 : 1; },
+            [member](DMGProject& p, int choice) { p.*member = choice == 0; }, [] { return EditKey{}; }};
+}
 
 std::function<void()> bindNumber(NumberField& control, const NumberSpec& spec, Field<double> field)
 {
@@ -133,6 +153,53 @@ std::function<void()> bindSegments(SegmentedControl& control, Field<int> field)
         control.segment(i)->setObjectName(control.objectName() + QStringLiteral(".%1").arg(i));
     QObject::connect(&control, &SegmentedControl::currentChosen, &control, [field](int index) { field.store(index); });
     return [&control, field] { control.setCurrentIndex(field.value()); };
+}
+
+NumberField* makeNumber(const NumberSpec& spec, const Field<double>& field, Reads& reads)
+{
+    auto* control = new NumberField;
+    reads.push_back(bindNumber(*control, spec, field));
+    return control;
+}
+
+QComboBox* makePopUp(const char* objectName, const QString& spokenName, const QStringList& cases,
+                     const Field<int>& field, Reads& reads)
+{
+    auto* control = new QComboBox;
+    control->setObjectName(QLatin1String(objectName));
+    control->setAccessibleName(spokenName);
+    control->addItems(cases);
+    reads.push_back(bindChoice(*control, field));
+    return control;
+}
+
+QWidget* makeColorRow(const char* objectName, const char* spokenName, const Field<CodableColor>& field, Reads& reads)
+{
+    auto* well = new ColorWell;
+    well->setObjectName(QLatin1String(objectName));
+    well->setAccessibleName(qtText(spokenName));
+    auto* hex = new HexField;
+    hex->setObjectName(well->objectName() + QStringLiteral("Hex"));
+    hex->setAccessibleName(well->accessibleName() + QStringLiteral(" in hexadecimal"));
+    reads.push_back(bindColor(*well, field));
+    reads.push_back(bindHex(*hex, field));
+    return atLeft({well, hex});
+}
+
+QWidget* makeAngleRow(const char* objectName, const char* spokenName, const Field<double>& field, Reads& reads)
+{
+    auto* dial = new AngleDial;
+    dial->setObjectName(QLatin1String(objectName) + QStringLiteral("Dial"));
+    dial->setAccessibleName(qtText(spokenName));
+    dial->setSpokenText([](double angle) { return NumberField::format(angle, 0) + QStringLiteral(" degrees"); });
+    reads.push_back(bindDial(*dial, field));
+    const std::string numberName = std::string(objectName) + "Angle";
+    NumberField* number = makeNumber(
+        {.objectName = numberName.c_str(), .spokenName = spokenName, .maximum = 360, .unit = "°"}, field, reads);
+    number->setAccessibleDescription(QStringLiteral("degrees"));
+    number->setWrapping(true);
+    number->setFixedWidth(lookOf(number).length(measure::halfControl));
+    return atBothEnds(dial, number);
 }
 
 } // namespace velmora

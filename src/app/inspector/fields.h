@@ -1,14 +1,18 @@
 #pragma once
 
+#include "app/text.h"
 #include "editor/app_state.h"
+#include "model/enums.h"
 
-#include <QString>
+#include <QStringList>
 
 #include <functional>
+#include <vector>
 
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
+class QWidget;
 
 namespace velmora
 {
@@ -56,6 +60,9 @@ Field<T> choiceField(AppState& state, Member DMGProject::*member)
             [] { return EditKey{}; }};
 }
 
+/// A choice of two, as the number of its segment or row: 0 is true.
+Field<int> twoWayField(AppState& state, bool DMGProject::*member);
+
 /// A field of the element whose id `selected` answers; it reads as T{} and is not written while there is none.
 template <typename Element, typename T, typename Member>
 Field<T> elementField(AppState& state, std::function<std::optional<Uuid>()> selected, Member Element::*member,
@@ -98,5 +105,28 @@ std::function<void()> bindDial(AngleDial& control, Field<double> field);
 std::function<void()> bindChoice(QComboBox& control, Field<int> field);
 /// The field's cases have the numbers of the segments.
 std::function<void()> bindSegments(SegmentedControl& control, Field<int> field);
+
+// Each makes what several panels have, bound, and adds what shows the present values to `reads`.
+
+/// What shows a panel's values, each as it is now.
+using Reads = std::vector<std::function<void()>>;
+
+NumberField* makeNumber(const NumberSpec& spec, const Field<double>& field, Reads& reads);
+/// The cases of an enumeration in a pop-up. An empty spoken name leaves it to the row's label.
+QComboBox* makePopUp(const char* objectName, const QString& spokenName, const QStringList& cases,
+                     const Field<int>& field, Reads& reads);
+template <typename E>
+QComboBox* makePopUp(const char* objectName, const QString& spokenName, AppState& state, E DMGProject::*member,
+                     Reads& reads)
+{
+    QStringList cases;
+    for (const E each : allCases<E>())
+        cases << qtText(displayName(each));
+    return makePopUp(objectName, spokenName, cases, choiceField<int>(state, member), reads);
+}
+/// A colour's well, called `objectName`, and the field of its digits, which has "Hex" added.
+QWidget* makeColorRow(const char* objectName, const char* spokenName, const Field<CodableColor>& field, Reads& reads);
+/// A direction's dial and its number at the row's right end: `objectName` with "Dial" and "Angle" added.
+QWidget* makeAngleRow(const char* objectName, const char* spokenName, const Field<double>& field, Reads& reads);
 
 } // namespace velmora

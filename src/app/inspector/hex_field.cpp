@@ -29,7 +29,7 @@ void HexField::setColor(const QColor& color)
 
 QSize HexField::sizeHint() const
 {
-    return {lookOf(this).length(84), lookOf(this).length(measure::controlHeight)};
+    return {lookOf(this).length(measure::halfControl), lookOf(this).length(measure::controlHeight)};
 }
 
 QString HexField::format(const QColor& color)

@@ -2,12 +2,9 @@
 
 #include "app/inspector/fields.h"
 #include "app/inspector/gradient_strip.h"
-#include "app/inspector/hex_field.h"
 #include "app/inspector/layout_picture.h"
-#include "app/kit/angle_dial.h"
 #include "app/kit/color_well.h"
 #include "app/kit/look.h"
-#include "app/kit/number_field.h"
 #include "app/kit/segmented_control.h"
 #include "app/text.h"
 #include "l10n/labels.h"
@@ -20,21 +17,6 @@ namespace velmora
 {
 namespace
 {
-
-/// Controls from the left to the right end of a row; those that can grow take the room.
-QWidget* acrossTheRow(const QList<QWidget*>& controls, bool stretchBehindFirst)
-{
-    auto* holder = new QWidget;
-    auto* row = new QHBoxLayout(holder);
-    row->setContentsMargins({});
-    row->setSpacing(lookOf(holder).length(measure::rowGap));
-    for (QWidget* control : controls) {
-        row->addWidget(control);
-        if (stretchBehindFirst && control == controls.front())
-            row->addStretch(1);
-    }
-    return holder;
-}
 
 ColorWell* colorWell(const char* objectName, const char* spokenName)
 {
@@ -86,13 +68,7 @@ void BackgroundSection::onlyFor(BackgroundKind kind, QWidget* row)
 QWidget* BackgroundSection::colorRow()
 {
     const auto color = projectField(m_context.state, &DMGProject::backgroundColor, "backgroundColor");
-    ColorWell* well = colorWell("layout.color", "Background color");
-    m_reads.push_back(bindColor(*well, color));
-    auto* hex = new HexField;
-    hex->setObjectName(QStringLiteral("layout.colorHex"));
-    hex->setAccessibleName(QStringLiteral("Background color as hexadecimal number"));
-    m_reads.push_back(bindHex(*hex, color));
-    return addRow(localized("text_color"), atLeft({well, hex}));
+    return addRow(localized("text_color"), makeColorRow("layout.color", "Background color", color, m_reads));
 }
 
 QWidget* BackgroundSection::gradientColors()
@@ -105,25 +81,19 @@ QWidget* BackgroundSection::gradientColors()
     m_reads.push_back(bindColor(*startWell, start));
     m_reads.push_back(bindColor(*endWell, end));
     m_reads.push_back([=] { strip->setColors(toQColor(start.value()), toQColor(end.value())); });
-    return addRow(qtText(Labels::colors), acrossTheRow({startWell, strip, endWell}, false));
+    auto* holder = new QWidget;
+    auto* row = new QHBoxLayout(holder);
+    row->setContentsMargins({});
+    row->setSpacing(lookOf(this).length(measure::rowGap));
+    for (QWidget* control : std::initializer_list<QWidget*>{startWell, strip, endWell})
+        row->addWidget(control);
+    return addRow(qtText(Labels::colors), holder);
 }
 
 QWidget* BackgroundSection::gradientAngle()
 {
     const auto angle = projectField(m_context.state, &DMGProject::gradientAngle, "gradientAngle");
-    auto* dial = new AngleDial;
-    dial->setObjectName(QStringLiteral("layout.gradientDial"));
-    dial->setAccessibleName(QStringLiteral("Gradient angle"));
-    dial->setSpokenText([](double value) { return NumberField::format(value, 0) + QStringLiteral(" degrees"); });
-    m_reads.push_back(bindDial(*dial, angle));
-    auto* field = new NumberField;
-    field->setWrapping(true);
-    m_reads.push_back(bindNumber(
-        *field, {.objectName = "layout.gradientAngle", .spokenName = "Gradient angle", .maximum = 360, .unit = "°"},
-        angle));
-    field->setAccessibleDescription(QStringLiteral("degrees"));
-    field->setFixedWidth(lookOf(this).length(84)); // as wide as one of a pair
-    return addRow(localized("angle"), acrossTheRow({dial, field}, true));
+    return addRow(localized("angle"), makeAngleRow("layout.gradient", "Gradient angle", angle, m_reads));
 }
 
 } // namespace velmora

@@ -36,9 +36,7 @@ private:
 
     NumberField* number(const NumberSpec& spec, double DMGProject::*member, const char* name)
     {
-        auto* field = new NumberField;
-        onRefresh(bindNumber(*field, spec, projectField(state(), member, name)));
-        return field;
+        return makeNumber(spec, projectField(state(), member, name), reads());
     }
 
     void addWindowSize()

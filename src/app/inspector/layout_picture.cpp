@@ -13,7 +13,6 @@
 #include "app/kit/value_slider.h"
 #include "app/text.h"
 #include "l10n/labels.h"
-#include "model/enums.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -137,12 +136,7 @@ QWidget* PictureRows::makeUnreadable()
 
 QWidget* PictureRows::makeAdjustments()
 {
-    auto* fit = new QComboBox;
-    fit->setObjectName(QStringLiteral("layout.fitMode"));
-    for (const BackgroundImageFit each : allCases<BackgroundImageFit>())
-        fit->addItem(qtText(displayName(each)));
-    m_reads.push_back(bindChoice(*fit, choiceField<int>(m_state, &DMGProject::backgroundImageFit)));
-
+    QComboBox* fit = makePopUp("layout.fitMode", {}, m_state, &DMGProject::backgroundImageFit, m_reads);
     auto* scale = new ValueSlider({.minimum = 0.25, .maximum = 3, .step = 0.05});
     scale->setObjectName(QStringLiteral("layout.imageScale"));
     scale->setText([](double value) { return NumberField::format(value * 100, 0) + QLatin1Char('%'); });
@@ -152,9 +146,7 @@ QWidget* PictureRows::makeAdjustments()
         bindSlider(*scale, projectField(m_state, &DMGProject::backgroundImageScale, "backgroundImageScale")));
 
     const auto offset = [this](const NumberSpec& spec, double DMGProject::*member, const char* name) {
-        auto* field = new NumberField;
-        m_reads.push_back(bindNumber(*field, spec, projectField(m_state, member, name)));
-        return field;
+        return makeNumber(spec, projectField(m_state, member, name), m_reads);
     };
     NumberField* x = offset({.objectName = "layout.imageOffsetX",
                              .spokenName = "Image offset X",

@@ -7,7 +7,6 @@
 #include <QWidget>
 
 #include <functional>
-#include <string>
 #include <vector>
 
 class QVBoxLayout;
@@ -37,6 +36,7 @@ protected:
     void insertSection(Section* section);
     /// Adds what shows one thing as it is now.
     void onRefresh(std::function<void()> read) { m_reads.push_back(std::move(read)); }
+    std::vector<std::function<void()>>& reads() { return m_reads; }
 
     AppContext m_context;
 

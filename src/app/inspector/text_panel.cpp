@@ -39,9 +39,7 @@ public:
         position->setObjectName(QStringLiteral("text.labelPosition"));
         position->addSegment(localized("label_bottom"));
         position->addSegment(localized("label_right"));
-        onRefresh(bindSegments(*position,
-                               {state, [](const DMGProject& p) { return p.labelOnBottom ? 0 : 1; },
-                                [](DMGProject& p, int i) { p.labelOnBottom = i == 0; }, [] { return EditKey{}; }}));
+        onRefresh(bindSegments(*position, twoWayField(state, &DMGProject::labelOnBottom)));
         section->addRow(localized("label_position"), position);
         addSection({})->addHint(qtText(Labels::appliesToEveryIcon));
     }

@@ -114,13 +114,8 @@ private:
     void addFormat()
     {
         Section* section = addSection(localized("section.volume_format"));
-        auto* format = new QComboBox;
-        format->setObjectName(QStringLiteral("volume.format"));
-        format->setAccessibleName(localized("section.volume_format"));
-        for (const DMGFormat each : allCases<DMGFormat>())
-            format->addItem(qtText(displayName(each)));
-        onRefresh(bindChoice(*format, choiceField<int>(state(), &DMGProject::format)));
-        section->addRow(format);
+        section->addRow(
+            makePopUp("volume.format", localized("section.volume_format"), state(), &DMGProject::format, reads()));
 
         auto* fileSystem = new SegmentedControl;
         fileSystem->setObjectName(QStringLiteral("volume.filesystem"));
@@ -150,26 +145,23 @@ private:
         sizing->setObjectName(QStringLiteral("volume.imageSize"));
         sizing->addSegment(qtText(Labels::automatic));
         sizing->addSegment(qtText(Labels::manual));
-        onRefresh(bindSegments(*sizing, {state(), [](const DMGProject& p) { return p.imageSizeAutomatic ? 0 : 1; },
-                                         [](DMGProject& p, int i) { p.imageSizeAutomatic = i == 0; },
-                                         [] { return EditKey{}; }}));
+        onRefresh(bindSegments(*sizing, twoWayField(state(), &DMGProject::imageSizeAutomatic)));
         section.addRow(qtText(Labels::imageSize), sizing);
-        auto* size = new NumberField;
         const auto megabytes = [](const DMGProject& p) { return static_cast<double>(p.manualSizeMB); };
         const auto store = [](DMGProject& p, double typed) {
             p.manualSizeMB = static_cast<std::int64_t>(std::clamp(typed, -largestStored, largestStored));
         };
-        onRefresh(bindNumber(*size,
-                             {.objectName = "volume.manualSize",
-                              .spokenName = "Image size",
-                              .minimum = 1,
-                              .maximum = largestMB,
-                              .step = 10,
-                              .unit = "MB",
-                              .decimals = 0},
-                             {state(), megabytes, store, [] { return EditKey{.field = "manualSizeMB"}; }}));
+        NumberField* size =
+            makeNumber({.objectName = "volume.manualSize",
+                        .spokenName = "Image size",
+                        .minimum = 1,
+                        .maximum = largestMB,
+                        .step = 10,
+                        .unit = "MB",
+                        .decimals = 0},
+                       {state(), megabytes, store, [] { return EditKey{.field = "manualSizeMB"}; }}, reads());
         size->setAccessibleDescription(QStringLiteral("megabytes"));
-        size->setFixedWidth(lookOf(this).length(84)); // as wide as one of a pair
+        size->setFixedWidth(lookOf(this).length(measure::halfControl));
         FormRow* row = section.addRow({}, atLeft({size}));
         onRefresh([this, row] { row->setVisible(!state().project().imageSizeAutomatic); });
     }

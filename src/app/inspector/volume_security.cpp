@@ -4,7 +4,6 @@
 #include "app/kit/password_field.h"
 #include "app/text.h"
 #include "l10n/labels.h"
-#include "model/enums.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -12,28 +11,10 @@
 
 namespace velmora
 {
-namespace
-{
-
-template <typename E>
-QComboBox* popUp(const char* objectName, const char* spokenName)
-{
-    auto* box = new QComboBox;
-    box->setObjectName(QLatin1String(objectName));
-    box->setAccessibleName(qtText(spokenName));
-    for (const E each : allCases<E>())
-        box->addItem(qtText(displayName(each)));
-    return box;
-}
-
-} // namespace
-
 EncryptionSection::EncryptionSection(AppState& state)
     : Section(qtText(Labels::encryption)), m_state(state), m_password(new PasswordField), m_repeat(new QLineEdit)
 {
-    auto* kind = popUp<ImageEncryption>("volume.encryption", Labels::encryption);
-    m_reads.push_back(bindChoice(*kind, choiceField<int>(m_state, &DMGProject::encryption)));
-    addRow(kind);
+    addRow(makePopUp("volume.encryption", qtText(Labels::encryption), m_state, &DMGProject::encryption, m_reads));
 
     m_password->setObjectName(QStringLiteral("volume.password"));
     m_repeat->setObjectName(QStringLiteral("volume.passwordRepeat"));
@@ -78,9 +59,7 @@ void EncryptionSection::showFaults()
 
 SigningSection::SigningSection(AppState& state) : Section(qtText(Labels::signing)), m_state(state)
 {
-    auto* mode = popUp<SigningMode>("volume.signing", Labels::signing);
-    m_reads.push_back(bindChoice(*mode, choiceField<int>(m_state, &DMGProject::signingMode)));
-    addRow(mode);
+    addRow(makePopUp("volume.signing", qtText(Labels::signing), m_state, &DMGProject::signingMode, m_reads));
     m_identity = addText(Labels::identity, "volume.identity", &DMGProject::codeSignIdentity, "codeSignIdentity",
                          Labels::identityPlaceholder);
     m_profile = addText(Labels::profile, "volume.profile", &DMGProject::notaryProfile, "notaryProfile");

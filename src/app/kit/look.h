@@ -99,10 +99,10 @@ inline constexpr double checkSize = 16;
 inline constexpr double sliderKnob = 16;
 inline constexpr double sliderTrack = 4;
 inline constexpr double checkerSquare = 6;
-inline constexpr double panelWidth = 300;
 inline constexpr double panelPadding = 16;
 inline constexpr double labelWidth = 84;
 inline constexpr double rowGap = 8;
+inline constexpr double halfControl = 84; ///< one of a pair that shares a row's control
 } // namespace measure
 
 /// Durations in milliseconds.

@@ -193,7 +193,7 @@ QValidator::State NumberField::validate(QString&, int&) const
 
 QSize NumberField::sizeHint() const
 {
-    return {lookOf(this).length(84), lookOf(this).length(measure::controlHeight)};
+    return {lookOf(this).length(measure::halfControl), lookOf(this).length(measure::controlHeight)};
 }
 
 QSize NumberField::minimumSizeHint() const

@@ -345,7 +345,7 @@ QWidget* layoutPanel()
     background->addRow("Colors", atLeft({new ColorWell, new ColorWell}));
     auto* angle = numberField("", 0);
     angle->setUnit("°");
-    angle->setFixedWidth(84);
+    angle->setFixedWidth(lookOf(nullptr).length(measure::halfControl));
     background->addRow("Angle:", atLeft({new AngleDial, angle}));
     background->addHint("For arrows and badges, use Add Image in the toolbar — not Window Background.");
     column->addWidget(background);
@@ -387,7 +387,7 @@ QWidget* volumePanel()
     format->addRow("File system", fileSystem);
     auto* megabytes = numberField("", 250);
     megabytes->setUnit("MB");
-    megabytes->setFixedWidth(84);
+    megabytes->setFixedWidth(lookOf(nullptr).length(measure::halfControl));
     format->addRow("Image size", atLeft({megabytes}));
     column->addWidget(format);
     auto* encryption = new Section("Encryption");
@@ -462,7 +462,7 @@ QWidget* panelsBoard()
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     for (QWidget* panel : {layoutPanel(), volumePanel(), thumbnailPanel()}) {
-        panel->setFixedWidth(lookOf(panel).length(measure::panelWidth));
+        panel->setFixedWidth(lookOf(panel).length(300));
         row->addWidget(panel);
     }
     ground->setFixedHeight(lookOf(ground).length(700));
