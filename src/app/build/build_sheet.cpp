@@ -35,7 +35,6 @@ namespace fs = std::filesystem;
 
 constexpr double sheetWidth = 700;
 constexpr double pictureSize = 48;
-constexpr double stepsWidth = 208;
 constexpr double rowHeight = 28;
 /// Kept free for the note that a result may bring, so that the sheet has one size from start to finish.
 constexpr double noteRoom = 76;
@@ -230,7 +229,6 @@ QWidget* BuildSheet::makeBody()
     m_steps = new StepList;
     m_steps->setObjectName(QStringLiteral("build.steps"));
     m_steps->setAccessibleName(qtText(Labels::buildSteps));
-    m_steps->setFixedWidth(look.length(stepsWidth));
     m_log = new LogView;
     m_log->setObjectName(QStringLiteral("build.log"));
     m_log->setAccessibleName(qtText(Labels::buildLog));
@@ -440,14 +438,7 @@ void BuildSheet::showSteps()
     QList<Step> steps;
     for (const BuildProgress::Row& row : m_progress.rows(now()))
         steps << shownStep(row);
-    if (steps.size() != m_steps->steps().size()) {
-        m_steps->setSteps(steps);
-        return;
-    }
-    for (int i = 0; i < steps.size(); ++i) {
-        if (m_steps->steps()[i] != steps[i])
-            m_steps->setStep(i, steps[i]);
-    }
+    m_steps->setSteps(steps);
 }
 
 void BuildSheet::showPicture()

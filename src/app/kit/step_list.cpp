@@ -39,16 +39,12 @@ StepList::StepList(QWidget* parent) : QWidget(parent), m_turn(this)
 
 void StepList::setSteps(const QList<Step>& steps)
 {
-    m_steps = steps;
-    updateGeometry();
-    stepsChanged();
-}
-
-void StepList::setStep(int index, const Step& step)
-{
-    if (index < 0 || index >= m_steps.size() || m_steps.at(index) == step)
+    if (steps == m_steps)
         return;
-    m_steps[index] = step;
+    const bool otherHeight = steps.size() != m_steps.size();
+    m_steps = steps;
+    if (otherHeight)
+        updateGeometry();
     stepsChanged();
 }
 

@@ -28,10 +28,7 @@ class StepList : public QWidget
 public:
     explicit StepList(QWidget* parent = nullptr);
 
-    /// Replaces all steps.
     void setSteps(const QList<Step>& steps);
-    /// Replaces one; an index that is none is ignored.
-    void setStep(int index, const Step& step);
     [[nodiscard]] const QList<Step>& steps() const { return m_steps; }
     /// The row of a step, in this widget's coordinates.
     [[nodiscard]] QRect rowRect(int index) const;
