@@ -2,6 +2,7 @@
 
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
+#include "app/kit/slider_scale.h"
 #include "app/kit/velmora_style.h"
 
 #include <QFontMetricsF>
@@ -21,12 +22,6 @@ namespace
 
 constexpr QChar trueMinus(0x2212);
 constexpr double largestPlain = 1e15; ///< beyond it every digit of a double is a whole one
-
-/// Sums of steps such as 0.05 without the dust of binary fractions.
-double withoutDust(double value)
-{
-    return std::abs(value) < 1e6 ? std::round(value * 1e9) / 1e9 : value;
-}
 
 /// The beginning of a number that only waits for its digits.
 bool isUnfinished(const QString& text)

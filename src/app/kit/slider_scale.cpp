@@ -5,15 +5,11 @@
 
 namespace velmora
 {
-namespace
-{
 
 double withoutDust(double value)
 {
-    return std::round(value * 1e9) / 1e9;
+    return std::abs(value) < 1e6 ? std::round(value * 1e9) / 1e9 : value;
 }
-
-} // namespace
 
 double SliderScale::fractionOf(double value) const
 {

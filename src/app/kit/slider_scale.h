@@ -3,6 +3,9 @@
 namespace velmora
 {
 
+/// Sums of steps such as 0.05 without the dust of binary fractions.
+double withoutDust(double value);
+
 /// How a slider's track stands for numbers. Fractions of the track run from 0 at the left to 1.
 struct SliderScale {
     enum class Kind {

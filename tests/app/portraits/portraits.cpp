@@ -4,6 +4,7 @@
 #include "app/kit/look.h"
 #include "app/portraits/contact_sheet.h"
 #include "app/portraits/scenes.h"
+#include "app/text.h"
 #include "app/theme/theme_manager.h"
 
 #include <QApplication>
@@ -19,8 +20,7 @@ constexpr int cellWidth = 900;
 
 QString nameOf(velmora::AppTheme theme)
 {
-    const std::string_view name = displayName(theme);
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())).toLower().replace(u' ', u'-');
+    return velmora::qtText(displayName(theme)).toLower().replace(u' ', u'-');
 }
 
 } // namespace
