@@ -4,6 +4,9 @@
 
 #include <QFile>
 
+#include <array>
+#include <cstdio>
+
 namespace velmora
 {
 
@@ -35,6 +38,22 @@ QString localized(std::string_view key, const QString& argument)
 QString withoutMnemonics(QString text)
 {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+std::string sizeText(std::uintmax_t bytes)
+{
+    constexpr std::array units{"KB", "MB", "GB", "TB"};
+    if (bytes < 1000)
+        return std::to_string(bytes) + " bytes";
+    double value = static_cast<double>(bytes) / 1000;
+    std::size_t unit = 0;
+    while (value >= 999.95 && unit + 1 < units.size()) {
+        value /= 1000;
+        ++unit;
+    }
+    char text[48];
+    std::snprintf(text, sizeof text, "%.1f %s", value, units[unit]);
+    return text;
 }
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -20,5 +21,7 @@ QString localized(std::string_view key);
 QString localized(std::string_view key, const QString& argument);
 /// For menus and buttons, where "&" marks a mnemonic: the text as it stands.
 QString withoutMnemonics(QString text);
+/// "41.8 MB": decimal, as file managers count.
+std::string sizeText(std::uintmax_t bytes);
 
 } // namespace velmora

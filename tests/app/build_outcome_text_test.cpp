@@ -103,14 +103,5 @@ TEST(BuildFailure, leadsToWhatTheLastStepsLack)
     EXPECT_EQ(explainFailure("", {}, project), BuildFailure{});
 }
 
-TEST(SizeText, countsAsFileManagersDo)
-{
-    EXPECT_EQ(sizeText(999), "999 bytes");
-    EXPECT_EQ(sizeText(1000), "1.0 KB");
-    EXPECT_EQ(sizeText(41'800'000), "41.8 MB");
-    EXPECT_EQ(sizeText(999'960'000), "1.0 GB");
-    EXPECT_EQ(sizeText(UINTMAX_MAX), "18446744.1 TB");
-}
-
 } // namespace
 } // namespace velmora

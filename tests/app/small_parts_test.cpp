@@ -1,8 +1,9 @@
-// Mnemonics, file names, command line: the small functions behind the window.
+// Mnemonics, file names, sizes, command line: the small functions behind the window.
 
 #include "app/mnemonics.h"
 #include "app/ports/dialog_file_panels.h"
 #include "app/program_options.h"
+#include "app/text.h"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +34,15 @@ TEST(ProgramOptions, takeDocumentsAndRefuseTheRest)
     EXPECT_NE(parseProgramOptions({""}).error, "");
     EXPECT_TRUE(answerWithoutWindow({"x", "--version"}));
     EXPECT_FALSE(answerWithoutWindow({"--", "--help"}));
+}
+
+TEST(SizeText, countsAsFileManagersDo)
+{
+    EXPECT_EQ(sizeText(999), "999 bytes");
+    EXPECT_EQ(sizeText(1000), "1.0 KB");
+    EXPECT_EQ(sizeText(41'800'000), "41.8 MB");
+    EXPECT_EQ(sizeText(999'960'000), "1.0 GB");
+    EXPECT_EQ(sizeText(UINTMAX_MAX), "18446744.1 TB");
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <string_view>
 
 namespace velmora
@@ -93,22 +92,6 @@ BuildFailure explainFailure(const std::string& message, const ProblemField& fiel
     if (!place->advice.empty() && !message.starts_with(field.key))
         failure.detail = place->advice;
     return failure;
-}
-
-std::string sizeText(std::uintmax_t bytes)
-{
-    constexpr std::array units{"KB", "MB", "GB", "TB"};
-    if (bytes < 1000)
-        return std::to_string(bytes) + " bytes";
-    double value = static_cast<double>(bytes) / 1000;
-    std::size_t unit = 0;
-    while (value >= 999.95 && unit + 1 < units.size()) {
-        value /= 1000;
-        ++unit;
-    }
-    char text[48];
-    std::snprintf(text, sizeof text, "%.1f %s", value, units[unit]);
-    return text;
 }
 
 } // namespace velmora

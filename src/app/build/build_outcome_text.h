@@ -25,7 +25,4 @@ struct BuildFailure {
 /// up; it may have changed since the build began.
 BuildFailure explainFailure(const std::string& message, const ProblemField& field, const DMGProject& project);
 
-/// "41.8 MB": decimal, as file managers count.
-std::string sizeText(std::uintmax_t bytes);
-
 } // namespace velmora

@@ -1,6 +1,5 @@
 #include "app/inspector/item_details.h"
 
-#include "app/build/build_outcome_text.h"
 #include "app/inspector/action_button.h"
 #include "app/inspector/fields.h"
 #include "app/inspector/file_facts.h"
