@@ -56,7 +56,6 @@ ArrowTile::ArrowTile(const QString& name, PicturePtr picture, QWidget* parent) :
     setText(name);
     setAccessibleName(name);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setAttribute(Qt::WA_Hover);
     if (picture && !picture->pixels.isNull()) {
         const QImage image = picture->pixels.convertToFormat(QImage::Format_ARGB32_Premultiplied);
         m_picture = image.copy(drawnPart(image));

@@ -45,7 +45,6 @@ public:
         setToolTip(accessibleNameFor(name));
         setFixedSize(lookOf(this).length(barButtonWidth), lookOf(this).length(barHeight));
         setFocusPolicy(Qt::StrongFocus);
-        setAttribute(Qt::WA_Hover);
     }
 
 protected:

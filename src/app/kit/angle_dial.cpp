@@ -107,13 +107,6 @@ void AngleDial::pointAt(const QPointF& position, bool coarse)
     m_changed = take(wrapped(std::round(exact / step) * step)) || m_changed;
 }
 
-bool AngleDial::event(QEvent* event)
-{
-    if (event->type() == QEvent::EnabledChange)
-        update();
-    return QWidget::event(event);
-}
-
 void AngleDial::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton) {

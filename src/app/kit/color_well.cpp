@@ -14,7 +14,6 @@ ColorWell::ColorWell(QWidget* parent) : QAbstractButton(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAttribute(Qt::WA_Hover);
     connect(this, &QAbstractButton::clicked, this, &ColorWell::openPanel);
 }
 

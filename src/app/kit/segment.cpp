@@ -4,7 +4,6 @@
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
 
-#include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -18,7 +17,6 @@ Segment::Segment(const QString& name, const QString& icon, QWidget* parent) : QA
     setText(name);
     setCheckable(true);
     setAutoExclusive(true);
-    setAttribute(Qt::WA_Hover);
     if (!icon.isEmpty())
         setToolTip(name);
     // The parent may be on the screen already.
@@ -40,11 +38,9 @@ FocusShape Segment::focusShape() const
             static_cast<double>(lookOf(this).length(measure::buttonRadius))};
 }
 
-bool Segment::event(QEvent* event)
+void Segment::moveEvent(QMoveEvent*)
 {
-    if (event->type() == QEvent::Move || event->type() == QEvent::EnabledChange)
-        update();
-    return QAbstractButton::event(event);
+    update();
 }
 
 void Segment::paintEvent(QPaintEvent*)

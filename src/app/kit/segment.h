@@ -19,7 +19,7 @@ public:
     [[nodiscard]] FocusShape focusShape() const override;
 
 protected:
-    bool event(QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -5,7 +5,6 @@
 #include "app/kit/roving_focus.h"
 #include "app/kit/segment.h"
 
-#include <QEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -117,13 +116,6 @@ void SegmentedControl::place()
         m_left.jumpTo(chosen->x());
         m_width.jumpTo(chosen->width());
     }
-}
-
-bool SegmentedControl::event(QEvent* event)
-{
-    if (event->type() == QEvent::EnabledChange)
-        update();
-    return QWidget::event(event);
 }
 
 void SegmentedControl::resizeEvent(QResizeEvent*)

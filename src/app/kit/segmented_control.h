@@ -38,7 +38,6 @@ signals:
     void currentChosen(int index);
 
 protected:
-    bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 

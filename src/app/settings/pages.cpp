@@ -93,7 +93,7 @@ public:
 protected:
     void changeEvent(QEvent* event) override
     {
-        if (event->type() == QEvent::PaletteChange && !m_dressing)
+        if (event->type() == QEvent::PaletteChange)
             dress();
         QWidget::changeEvent(event);
     }
@@ -104,19 +104,16 @@ private:
         const Look& look = lookOf(this);
         const bool failed = m_outcome == UpdateOutcome::failed;
         const QColor ink = failed ? look.roles.warning : look.roles.success;
-        m_dressing = true;
         m_sign->setPixmap(iconPixmap(failed ? QStringLiteral("warning") : QStringLiteral("tick-circle"),
                                      look.length(16), devicePixelRatioF(), {ink, Qt::transparent}));
         QPalette colors = m_text->palette();
         colors.setColor(QPalette::WindowText, ink);
         m_text->setPalette(colors);
-        m_dressing = false;
     }
 
     QLabel* m_sign;
     QLabel* m_text;
     UpdateOutcome m_outcome = UpdateOutcome::upToDate;
-    bool m_dressing = false;
 };
 
 QString shortcutText(const QWidget* within, const char* action)

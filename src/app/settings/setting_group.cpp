@@ -69,7 +69,6 @@ ChoiceRow::ChoiceRow(const QString& text, QWidget* parent) : QRadioButton(parent
     setAccessibleName(text);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setFont(lookOf(this).font(Type::body));
-    setAttribute(Qt::WA_Hover);
 }
 
 QSize ChoiceRow::sizeHint() const

@@ -62,7 +62,6 @@ ThemeCard::ThemeCard(AppTheme theme, std::function<QColor()> systemAccent, QWidg
     setAccessibleName(text());
     setAccessibleDescription(qtText(blurb(theme)));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setAttribute(Qt::WA_Hover);
 }
 
 QSize ThemeCard::sizeHint() const
