@@ -28,7 +28,7 @@ public:
     explicit ArrangeOverlay(const AppContext& context)
         : ArrangePart(context),
           m_preview(new CheckerThumbnail(QSize(268, 96))),
-          m_missing(new NoteBanner(NoteBanner::Kind::warning)),
+          m_missing(new NoteBanner),
           m_name(new ClippedLabel(Type::controlStrong, 1, QPalette::WindowText)),
           m_about(makeHint({}))
     {

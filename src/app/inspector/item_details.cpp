@@ -100,7 +100,7 @@ ItemDetails::ItemDetails(const AppContext& context, QWidget* parent)
     : InspectorPanel(context, parent),
       m_section(addSection(QStringLiteral(" "))),
       m_head(new ItemHead(48)),
-      m_missing(new NoteBanner(NoteBanner::Kind::warning))
+      m_missing(new NoteBanner)
 {
     m_section->addRow(m_head);
     m_missing->setObjectName(QStringLiteral("fileInfo.missing"));

@@ -125,7 +125,7 @@ QWidget* PictureRows::makeHead()
 
 QWidget* PictureRows::makeUnreadable()
 {
-    auto* note = new NoteBanner(NoteBanner::Kind::warning);
+    auto* note = new NoteBanner;
     note->setObjectName(QStringLiteral("layout.imageUnreadable"));
     note->setText(qtText(Labels::pictureUnreadable));
     m_path = new PathLabel;

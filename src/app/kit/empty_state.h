@@ -2,7 +2,6 @@
 
 #include <QWidget>
 
-class QLabel;
 class QPushButton;
 
 namespace velmora
@@ -17,7 +16,6 @@ public:
     /// `icon` is the name of an icon of the family.
     EmptyState(const QString& icon, const QString& title, const QString& sentence, QWidget* parent = nullptr);
 
-    void setTexts(const QString& title, const QString& sentence);
     /// An empty label removes the button.
     void setButton(const QString& label);
     [[nodiscard]] QPushButton* button() const { return m_button; }
@@ -30,8 +28,6 @@ protected:
 
 private:
     QString m_icon;
-    QLabel* m_title;
-    QLabel* m_sentence;
     QPushButton* m_button;
 };
 

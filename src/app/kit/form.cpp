@@ -62,30 +62,25 @@ QWidget* atLeft(const QList<QWidget*>& controls)
 }
 
 FormRow::FormRow(const QString& label, QWidget* control, QWidget* parent)
-    : QWidget(parent), m_label(new QLabel(this)), m_control(control), m_column(new QVBoxLayout)
+    : QWidget(parent), m_control(control), m_column(new QVBoxLayout)
 {
     const Look& look = lookOf(this);
     auto* row = bareRow(this, look.length(measure::rowGap));
-    m_label->setFixedWidth(look.length(measure::labelWidth));
-    m_label->setMinimumHeight(look.length(measure::controlHeight));
-    m_label->setForegroundRole(QPalette::PlaceholderText);
-    m_label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    row->addWidget(m_label, 0, Qt::AlignTop);
+    auto* title = new QLabel(label);
+    title->setFixedWidth(look.length(measure::labelWidth));
+    title->setMinimumHeight(look.length(measure::controlHeight));
+    title->setForegroundRole(QPalette::PlaceholderText);
+    title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    row->addWidget(title, 0, Qt::AlignTop);
     m_column->setSpacing(look.length(4));
     m_column->addWidget(control);
     row->addLayout(m_column, 1);
-    setLabel(label);
-}
-
-void FormRow::setLabel(const QString& label)
-{
-    m_label->setText(label);
-    if (m_control->focusPolicy() != Qt::NoFocus)
-        m_label->setBuddy(m_control);
+    if (control->focusPolicy() != Qt::NoFocus)
+        title->setBuddy(control);
     // What only holds several controls has no name; they have.
-    const bool holder = m_control->metaObject() == &QWidget::staticMetaObject;
-    if (!holder && m_control->accessibleName().isEmpty())
-        m_control->setAccessibleName(accessibleNameFor(label));
+    const bool holder = control->metaObject() == &QWidget::staticMetaObject;
+    if (!holder && control->accessibleName().isEmpty())
+        control->setAccessibleName(accessibleNameFor(label));
 }
 
 void FormRow::setError(const QString& sentence)

@@ -21,13 +21,10 @@ class FormRow : public QWidget
 public:
     FormRow(const QString& label, QWidget* control, QWidget* parent = nullptr);
 
-    void setLabel(const QString& label);
-    [[nodiscard]] QWidget* control() const { return m_control; }
     /// Shows why the content is wrong below the control and marks the control; empty takes both away.
     void setError(const QString& sentence);
 
 private:
-    QLabel* m_label;
     QWidget* m_control;
     QLabel* m_error = nullptr;
     QVBoxLayout* m_column;

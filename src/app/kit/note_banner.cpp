@@ -11,31 +11,7 @@
 
 namespace velmora
 {
-namespace
-{
-
-struct Colors {
-    QColor ink{};
-    QColor ground{};
-    const char* icon = "";
-};
-
-Colors colorsOf(NoteBanner::Kind kind, const ThemeRoles& roles)
-{
-    switch (kind) {
-    case NoteBanner::Kind::error:
-        return {roles.error, roles.errorGround, "cross-circle"};
-    case NoteBanner::Kind::success:
-        return {roles.success, roles.successGround, "tick-circle"};
-    default:
-        return {roles.warning, roles.warningGround, "warning"};
-    }
-}
-
-} // namespace
-
-NoteBanner::NoteBanner(Kind kind, QWidget* parent)
-    : Note(parent), m_kind(kind), m_text(new QLabel(this)), m_button(new QPushButton(this))
+NoteBanner::NoteBanner(QWidget* parent) : Note(parent), m_text(new QLabel(this)), m_button(new QPushButton(this))
 {
     const Look& look = lookOf(this);
     auto* column = new QVBoxLayout(this);
@@ -71,12 +47,11 @@ void NoteBanner::setButton(const QString& label)
 void NoteBanner::paintEvent(QPaintEvent*)
 {
     const Look& look = lookOf(this);
-    const Colors colors = colorsOf(m_kind, look.roles);
     QPainter painter(this);
-    drawBox(painter, rect(), look.length(measure::noteRadius), colors.ground, {});
-    painter.drawPixmap(
-        look.length(10), look.length(8),
-        iconPixmap(QLatin1String(colors.icon), look.length(16), devicePixelRatioF(), {colors.ink, Qt::transparent}));
+    drawBox(painter, rect(), look.length(measure::noteRadius), look.roles.warningGround, {});
+    painter.drawPixmap(look.length(10), look.length(8),
+                       iconPixmap(QStringLiteral("warning"), look.length(16), devicePixelRatioF(),
+                                  {look.roles.warning, Qt::transparent}));
 }
 
 } // namespace velmora

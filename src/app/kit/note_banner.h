@@ -8,15 +8,13 @@ class QPushButton;
 namespace velmora
 {
 
-/// A note on the ground of its role: an icon, a sentence whose beginning may stand out, and at most one button.
+/// A warning: an icon, a sentence whose beginning may stand out, and at most one button.
 class NoteBanner : public Note
 {
     Q_OBJECT
 
 public:
-    enum class Kind { warning, error, success };
-
-    explicit NoteBanner(Kind kind, QWidget* parent = nullptr);
+    explicit NoteBanner(QWidget* parent = nullptr);
 
     /// Plain text: `lead` semibold, then the rest.
     void setText(const QString& lead, const QString& rest = {});
@@ -31,7 +29,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    Kind m_kind;
     QLabel* m_text;
     QPushButton* m_button;
 };

@@ -18,18 +18,11 @@ PasswordField::PasswordField(QWidget* parent) : QLineEdit(parent), m_eye(addActi
     showEye();
 }
 
-void PasswordField::setEyeTexts(const QString& show, const QString& hide)
-{
-    m_show = show;
-    m_hide = hide;
-    showEye();
-}
-
 void PasswordField::showEye()
 {
     const bool hidden = echoMode() == QLineEdit::Password;
     m_eye->setIcon(toolIcon(hidden ? QStringLiteral("eye") : QStringLiteral("eye-off"), IconInk::secondary));
-    m_eye->setText(hidden ? m_show : m_hide);
+    m_eye->setText(hidden ? QStringLiteral("Show Password") : QStringLiteral("Hide Password"));
 }
 
 } // namespace velmora

@@ -15,9 +15,6 @@ class PasswordField : public QLineEdit
 public:
     explicit PasswordField(QWidget* parent = nullptr);
 
-    /// The eye's names for assistive technology and its tooltip.
-    void setEyeTexts(const QString& show, const QString& hide);
-
 signals:
     /// The eye was pressed: whether the text can be read now.
     void shownChanged(bool shown);
@@ -26,8 +23,6 @@ private:
     void showEye();
 
     QAction* m_eye;
-    QString m_show = QStringLiteral("Show Password");
-    QString m_hide = QStringLiteral("Hide Password");
 };
 
 } // namespace velmora

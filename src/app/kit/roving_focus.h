@@ -22,8 +22,6 @@ public:
     void add(QWidget* control);
     /// Makes this control the one that Tab reaches, without giving it the focus.
     void setCurrent(QWidget* control);
-    /// The control that Tab reaches; null when none can have the focus.
-    [[nodiscard]] QWidget* current() const { return m_current; }
 
 signals:
     /// An arrow key moved the focus to this control.
@@ -36,7 +34,7 @@ private:
     QWidget* next(QWidget* from, int direction) const;
 
     QList<QPointer<QWidget>> m_controls;
-    QPointer<QWidget> m_current;
+    QPointer<QWidget> m_current; ///< the control that Tab reaches; null when none can have the focus
 };
 
 } // namespace velmora

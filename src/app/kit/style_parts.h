@@ -9,7 +9,6 @@ class QPainter;
 class QStyleOptionButton;
 class QStyleOptionComboBox;
 class QStyleOptionMenuItem;
-class QStyleOptionProgressBar;
 class QStyleOptionSlider;
 class QStyleOptionSpinBox;
 class QStyleOptionViewItem;

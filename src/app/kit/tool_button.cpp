@@ -47,12 +47,6 @@ ToolButton::ToolButton(const QString& icon, const QString& label, Kind kind, QWi
     connect(this, &QAbstractButton::released, this, [this] { m_press.set(false); });
 }
 
-void ToolButton::setIconName(const QString& icon)
-{
-    m_icon = icon;
-    update();
-}
-
 void ToolButton::setBusy(bool busy)
 {
     if (m_busy == busy)

@@ -24,7 +24,6 @@ public:
     /// `icon` is the name of an icon of the family.
     ToolButton(const QString& icon, const QString& label, Kind kind = Kind::tool, QWidget* parent = nullptr);
 
-    void setIconName(const QString& icon);
     [[nodiscard]] Kind kind() const { return m_kind; }
     /// A ring turns in the icon's place; the button can still be pressed.
     void setBusy(bool busy);

@@ -20,7 +20,6 @@ class ValueSlider : public QWidget, public HasFocusShape, public Adjustable
 public:
     explicit ValueSlider(const SliderScale& scale, QWidget* parent = nullptr);
 
-    [[nodiscard]] const SliderScale& scale() const { return m_scale; }
     [[nodiscard]] double value() const { return m_value; }
     /// Takes on a value, in or out of the range, without a signal.
     void setValue(double value);

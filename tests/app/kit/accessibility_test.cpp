@@ -35,7 +35,7 @@ TEST(Accessibility, knowsTheControlsAsWhatTheyAre)
     segments.addSegment("Manual");
     Switch toggle;
     AngleDial dial;
-    NoteBanner note(NoteBanner::Kind::warning);
+    NoteBanner note;
     const struct {
         QWidget* widget;
         QAccessible::Role role;
@@ -97,7 +97,7 @@ TEST(Accessibility, tellsANoteWheneverItComesIntoView)
 {
     QWidget window;
     auto* panel = new QWidget(&window);
-    auto* note = new NoteBanner(NoteBanner::Kind::warning, panel);
+    auto* note = new NoteBanner(panel);
     const QSignalSpy told(note, &Note::announced);
     note->hide();
     window.show();

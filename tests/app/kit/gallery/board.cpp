@@ -399,13 +399,10 @@ QWidget* volumePanel()
     encryption->addRow("Repeat", repeat)->setError("The passwords do not match.");
     column->addWidget(encryption);
     auto* missing = new Section("Read Me.rtf");
-    for (const auto noteKind : {NoteBanner::Kind::warning, NoteBanner::Kind::error, NoteBanner::Kind::success}) {
-        auto* note = new NoteBanner(noteKind);
-        note->setText("The file is missing.", "It was moved or deleted, so the image cannot be built.");
-        if (noteKind == NoteBanner::Kind::warning)
-            note->setButton("Locate…");
-        missing->addRow(note);
-    }
+    auto* note = new NoteBanner;
+    note->setText("The file is missing.", "It was moved or deleted, so the image cannot be built.");
+    note->setButton("Locate…");
+    missing->addRow(note);
     auto* path = new PathLabel;
     path->setPath("/Users/mara/Projects/Larkspur/Documents/Larkspur.app");
     missing->addRow("Path", path);
