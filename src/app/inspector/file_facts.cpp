@@ -38,17 +38,21 @@ FileFacts factsOf(const DMGItem& item)
     return {true, info.isDir(), info.size(), info.birthTime(), info.lastModified()};
 }
 
-QString kindOf(const DMGItem& item)
+QString kindOf(const DMGItem& item, const FileFacts& facts)
 {
     if (item.isSymlink())
         return qtText(Labels::kindLink);
-    const QFileInfo info(qtPath(item.sourcePath));
-    if (item.sourcePath.empty() || !info.exists())
+    if (!facts.exists)
         return qtText(Labels::kindUnknown);
-    const QString extension = info.suffix().toUpper();
-    if (!info.isDir())
+    const QString extension = QFileInfo(qtPath(item.sourcePath)).suffix().toUpper();
+    if (!facts.folder)
         return kindOfFile(extension);
     return qtText(extension == QLatin1String("APP") ? Labels::kindApplication : Labels::kindFolder);
+}
+
+QString kindOf(const DMGItem& item)
+{
+    return kindOf(item, factsOf(item));
 }
 
 QString dateText(const QDateTime& time)

@@ -19,6 +19,7 @@ struct FileFacts {
 
 FileFacts factsOf(const DMGItem& item);
 /// What an item is, in a word or two: "Application", "RTF document", "Link"; "Unknown" for a file that is not there.
+QString kindOf(const DMGItem& item, const FileFacts& facts);
 QString kindOf(const DMGItem& item);
 /// A day and time for a person, "—" for none.
 QString dateText(const QDateTime& time);

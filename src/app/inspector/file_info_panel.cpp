@@ -56,9 +56,10 @@ protected:
         if (event->type() == QEvent::WindowActivate || event->type() == QEvent::Show) {
             m_box->list().expireIcons();
             m_details->expire();
-            if (isVisible())
-                refresh();
         }
+        // Whoever shows the panel refreshes it.
+        if (event->type() == QEvent::WindowActivate && isVisible())
+            refresh();
         return InspectorPanel::event(event);
     }
 

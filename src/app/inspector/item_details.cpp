@@ -193,7 +193,7 @@ void ItemDetails::showFile(const DMGItem& item)
         m_count.count(item.sourcePath);
     else
         m_count.clear();
-    const QString kind = kindOf(item);
+    const QString kind = kindOf(item, facts);
     const QString size = facts.exists ? sizeOf(facts, m_count.content()) : qtText(Labels::unknownValue);
     const bool sized = facts.exists && (!facts.folder || m_count.content());
 

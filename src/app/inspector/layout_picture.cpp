@@ -189,8 +189,10 @@ void PictureRows::showPicture(const SmallPicture& picture)
     m_name->setText(qtPath(path.filename()));
     m_path->setPath(qtPath(path));
     m_size->setText(qtText(Labels::pixelSize).arg(picture.pixels.width()).arg(picture.pixels.height()));
-    if (picture.isReadable())
+    if (picture.isReadable() && picture.image.cacheKey() != m_shown) {
+        m_shown = picture.image.cacheKey();
         m_thumbnail->setImage(cropped(picture.image));
+    }
 }
 
 } // namespace velmora

@@ -48,6 +48,7 @@ private:
     QWidget* m_unreadable;
     QWidget* m_buttons;
     QWidget* m_adjustments;
+    qint64 m_shown = 0; ///< the key of the picture in the thumbnail
 };
 
 } // namespace velmora

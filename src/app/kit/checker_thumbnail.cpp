@@ -45,6 +45,8 @@ CheckerThumbnail::CheckerThumbnail(const QSize& size, QWidget* parent) : QWidget
 
 void CheckerThumbnail::setImage(const QImage& image)
 {
+    if (image.cacheKey() == m_image.cacheKey())
+        return;
     m_image = image;
     m_scaled = {};
     m_light = isLight(image);

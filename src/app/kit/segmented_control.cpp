@@ -8,6 +8,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace velmora
 {
@@ -51,13 +52,12 @@ void SegmentedControl::setCurrentIndex(int index)
     Segment* segment = m_segments.value(index);
     if (!segment)
         return;
-    const bool first = m_current < 0;
-    m_current = index;
+    const int before = std::exchange(m_current, index);
     segment->setChecked(true);
     m_focus->setCurrent(segment);
-    if (first) {
+    if (before < 0) {
         place();
-    } else {
+    } else if (index != before) {
         m_left.moveTo(segment->x());
         m_width.moveTo(segment->width());
     }
