@@ -120,10 +120,7 @@ public:
             return static_cast<QAccessibleValueInterface*>(this);
         return QAccessibleWidget::interface_cast(type);
     }
-    [[nodiscard]] QVariant currentValue() const override
-    {
-        return static_cast<int>(std::lround(m_line->fraction() * 100));
-    }
+    [[nodiscard]] QVariant currentValue() const override { return m_line->percent(); }
     void setCurrentValue(const QVariant&) override {}
     [[nodiscard]] QVariant minimumValue() const override { return 0; }
     [[nodiscard]] QVariant maximumValue() const override { return 100; }

@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace velmora
 {
@@ -27,8 +28,13 @@ void ProgressLine::setFraction(double fraction)
     else
         m_shown.moveTo(wanted);
     m_fraction = wanted;
-    QAccessibleValueChangeEvent changed(this, wanted);
+    QAccessibleValueChangeEvent changed(this, percent());
     QAccessible::updateAccessibility(&changed);
+}
+
+int ProgressLine::percent() const
+{
+    return static_cast<int>(std::lround(m_fraction * 100));
 }
 
 void ProgressLine::setOutcome(Outcome outcome)

@@ -19,7 +19,8 @@ public:
 
     /// 0 to 1; anything outside counts as the nearer end.
     void setFraction(double fraction);
-    [[nodiscard]] double fraction() const { return m_fraction; }
+    /// The same from 0 to 100, as assistive technology has it.
+    [[nodiscard]] int percent() const;
     /// `success` paints the bar in the colour of good news.
     void setOutcome(Outcome outcome);
 
