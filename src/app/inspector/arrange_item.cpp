@@ -32,8 +32,8 @@ public:
                                               selected, &DMGItem::x),
                                     addNumber({.objectName = "arrange.itemY", .spokenName = "Icon Y", .prefix = "Y"},
                                               selected, &DMGItem::y)}));
-        section->addRow(sideBySide({centerButton("text_center_h", "arrange.itemCenterH", "center-horizontally"),
-                                    centerButton("text_center_v", "arrange.itemCenterV", "center-vertically")}));
+        section->addRow(sideBySide({centerButton("text_center_h", "arrange.itemCenterH", true),
+                                    centerButton("text_center_v", "arrange.itemCenterV", false)}));
         addLeavingOut(selected);
         addButtonSection(
             actionButton(qtText(Labels::removeItem), "arrange.removeItem", [this] { state().removeSelected(); }));
@@ -49,14 +49,13 @@ public:
     }
 
 private:
-    QPushButton* centerButton(const char* key, const char* name, const char* icon)
+    QPushButton* centerButton(const char* key, const char* name, bool horizontal)
     {
-        const bool horizontal = qstrcmp(icon, "center-horizontally") == 0;
         QPushButton* button = actionButton(localized(key), name, [this, horizontal] {
             if (const auto id = state().selection())
                 state().centerItemOnCanvas(horizontal, !horizontal, *id);
         });
-        button->setIcon(toolIcon(QLatin1String(icon)));
+        button->setIcon(toolIcon(horizontal ? QStringLiteral("center-horizontally") : QStringLiteral("center-vertically")));
         return button;
     }
 
