@@ -7,8 +7,7 @@
 namespace velmora
 {
 
-/// All icons of the family in their sizes, on the panel, and the tools in their states on the chrome. `ratio` device
-/// pixels to the point.
+/// All icons of the family in their sizes on the panel, and the program's own. `ratio` device pixels to the point.
 QImage iconSheet(const Look& look, double ratio);
 
 } // namespace velmora
