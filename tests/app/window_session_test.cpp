@@ -14,7 +14,6 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QUrl>
 #include <gtest/gtest.h>

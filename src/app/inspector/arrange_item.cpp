@@ -55,7 +55,8 @@ private:
             if (const auto id = state().selection())
                 state().centerItemOnCanvas(horizontal, !horizontal, *id);
         });
-        button->setIcon(toolIcon(horizontal ? QStringLiteral("center-horizontally") : QStringLiteral("center-vertically")));
+        button->setIcon(
+            toolIcon(horizontal ? QStringLiteral("center-horizontally") : QStringLiteral("center-vertically")));
         return button;
     }
 

@@ -9,7 +9,6 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QStyleOptionButton>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>

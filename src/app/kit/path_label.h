@@ -5,7 +5,8 @@
 namespace velmora
 {
 
-/// A path as text that can be selected, wrapped behind its separators. Copying gives the path as it is.
+/// A path as text that can be selected, wrapped behind its separators. Copying gives the path, less zero-width spaces
+/// of its own: those are what wraps it.
 class PathLabel : public QTextEdit
 {
     Q_OBJECT

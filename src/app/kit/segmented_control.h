@@ -2,7 +2,6 @@
 
 #include "app/kit/fade.h"
 
-#include <QIcon>
 #include <QList>
 #include <QWidget>
 

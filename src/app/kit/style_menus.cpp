@@ -5,8 +5,6 @@
 #include <QPainter>
 #include <QStyleOption>
 
-#include <algorithm>
-
 namespace velmora::parts
 {
 namespace

@@ -9,7 +9,6 @@
 #include <QListWidget>
 #include <QMenu>
 
-#include <array>
 #include <string>
 
 namespace velmora
