@@ -75,8 +75,15 @@ void detachImage(BuildRun& run, const Mount& mount)
 
 void forceDetach(const BuildRun& run, const std::string& device, Echo echo)
 {
-    run.environment().shell->run(hdiutil, {"detach", device, "-force"}, std::nullopt,
-                                 echo == Echo::logged ? run.log() : LogCallback{}, StopToken{});
+    // A second Ctrl-C in the terminal can reach the tool before it has a process group of its own; it dies without a
+    // word, and is started once more.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const ShellResult result =
+            run.environment().shell->run(hdiutil, {"detach", device, "-force"}, std::nullopt,
+                                         echo == Echo::logged ? run.log() : LogCallback{}, StopToken{});
+        if (result.ok() || !result.stdErr.empty() || !result.stdOut.empty())
+            return;
+    }
 }
 
 } // namespace velmora
