@@ -63,10 +63,10 @@ QWidget* column(const QList<QWidget*>& rows)
     return holder;
 }
 
-/// The middle of the picture in the shape of the thumbnail.
+/// The middle of the picture in the shape of what the thumbnail's frame leaves.
 QImage cropped(const QImage& image)
 {
-    const QSize shape = thumbnail.scaled(image.size(), Qt::KeepAspectRatio);
+    const QSize shape = (thumbnail - QSize(2, 2)).scaled(image.size(), Qt::KeepAspectRatio);
     return image.copy({QPoint((image.width() - shape.width()) / 2, (image.height() - shape.height()) / 2), shape});
 }
 
@@ -149,13 +149,13 @@ QWidget* PictureRows::makeAdjustments()
         return makeNumber(spec, projectField(m_state, member, name), m_reads);
     };
     NumberField* x = offset({.objectName = "layout.imageOffsetX",
-                             .spokenName = "Image offset X",
+                             .spokenName = Labels::imageOffsetX,
                              .prefix = "X",
                              .minimum = -2000,
                              .maximum = 2000},
                             &DMGProject::backgroundImageOffsetX, "backgroundImageOffsetX");
     NumberField* y = offset({.objectName = "layout.imageOffsetY",
-                             .spokenName = "Image offset Y",
+                             .spokenName = Labels::imageOffsetY,
                              .prefix = "Y",
                              .minimum = -2000,
                              .maximum = 2000},

@@ -142,7 +142,9 @@ QWidget* makeThemePage(const AppContext& context)
     for (const AppTheme theme : allAppThemes) {
         // Only the light theme has the desktop's accent; its card shows it in every theme.
         auto* card = new ThemeCard(theme, [&themes] { return themes.systemAccent(); });
-        card->setObjectName(QStringLiteral("settings.theme.") + qtText(displayName(theme)).toLower().remove(u' '));
+        QString name = qtText(displayName(theme)).remove(u' ');
+        name[0] = name[0].toLower();
+        card->setObjectName(QStringLiteral("settings.theme.") + name);
         group->addButton(card, static_cast<int>(theme));
         page.layout->addWidget(card);
         page.layout->addSpacing(page.points(12));
