@@ -50,7 +50,7 @@ Toolbar::Toolbar(const AppContext& context, QWidget* parent)
       m_build(addTool("build", "toolbar.build", "build", ToolButton::Kind::filled))
 {
     setObjectName(QStringLiteral("toolbar"));
-    setAccessibleName(QStringLiteral("Toolbar"));
+    setAccessibleName(qtText(Labels::toolbar));
     setAccessibleRole(this, QAccessible::ToolBar);
     setFixedWidth(lookOf(this).length(width));
     layOut();
@@ -163,8 +163,7 @@ void Toolbar::refresh()
     m_licenses->setChecked(state.editorMode() == EditorMode::licenses);
     m_remove->setEnabled(state.canRemoveSelection());
     m_build->setBusy(state.isBuilding());
-    m_build->setAccessibleDescription(state.isBuilding() ? QStringLiteral("A build is running; shows its progress")
-                                                         : QString());
+    m_build->setAccessibleDescription(state.isBuilding() ? qtText(Labels::buildIsRunning) : QString());
 }
 
 void Toolbar::retranslate()

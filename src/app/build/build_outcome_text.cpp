@@ -1,4 +1,5 @@
 #include "app/build/build_outcome_text.h"
+#include "l10n/labels.h"
 
 #include <algorithm>
 #include <array>
@@ -18,11 +19,10 @@ struct FieldPlace {
 };
 
 constexpr std::array fieldPlaces{
-    FieldPlace{"items", BuildRemedy::addFiles, "An image needs something to hold: an application, a folder or a file."},
-    FieldPlace{"volumeName", BuildRemedy::volumeTab, "Enter a name in the Volume tab."},
-    FieldPlace{"encryptionPassword", BuildRemedy::volumeTab, "Enter a password in the Volume tab, or choose “None”."},
-    FieldPlace{"codeSignIdentity", BuildRemedy::volumeTab,
-               "Enter an identity in the Volume tab, or build without signing."},
+    FieldPlace{"items", BuildRemedy::addFiles, Labels::imageNeedsItems},
+    FieldPlace{"volumeName", BuildRemedy::volumeTab, Labels::enterNameInVolume},
+    FieldPlace{"encryptionPassword", BuildRemedy::volumeTab, Labels::enterPasswordInVolume},
+    FieldPlace{"codeSignIdentity", BuildRemedy::volumeTab, Labels::enterIdentityInVolume},
     FieldPlace{"notaryProfile", BuildRemedy::volumeTab},
     FieldPlace{"manualSizeMB", BuildRemedy::volumeTab},
     FieldPlace{"volumeIconPath", BuildRemedy::volumeTab},

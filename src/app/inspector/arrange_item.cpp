@@ -27,11 +27,12 @@ public:
         const auto selected = [this] { return state().selection(); };
         Section* section = addSection(qtText(Labels::item));
         section->addRow(m_head);
-        section->addRow(localized("text_position"),
-                        sideBySide({addNumber({.objectName = "arrange.itemX", .spokenName = "Icon X", .prefix = "X"},
-                                              selected, &DMGItem::x),
-                                    addNumber({.objectName = "arrange.itemY", .spokenName = "Icon Y", .prefix = "Y"},
-                                              selected, &DMGItem::y)}));
+        section->addRow(
+            localized("text_position"),
+            sideBySide({addNumber({.objectName = "arrange.itemX", .spokenName = Labels::iconX, .prefix = "X"}, selected,
+                                  &DMGItem::x),
+                        addNumber({.objectName = "arrange.itemY", .spokenName = Labels::iconY, .prefix = "Y"}, selected,
+                                  &DMGItem::y)}));
         section->addRow(sideBySide({centerButton("text_center_h", "arrange.itemCenterH", true),
                                     centerButton("text_center_v", "arrange.itemCenterV", false)}));
         addLeavingOut(selected);

@@ -89,10 +89,11 @@ private:
             return NumberSpec{
                 .objectName = name, .spokenName = spoken, .prefix = letter, .minimum = 16, .maximum = 2000};
         };
-        m_box = {addNumber({.objectName = "arrange.overlayX", .spokenName = "Image X", .prefix = "X"}, selected, &O::x),
-                 addNumber({.objectName = "arrange.overlayY", .spokenName = "Image Y", .prefix = "Y"}, selected, &O::y),
-                 addNumber(side("arrange.overlayWidth", "Image width", "W"), selected, &O::width),
-                 addNumber(side("arrange.overlayHeight", "Image height", "H"), selected, &O::height)};
+        m_box = {
+            addNumber({.objectName = "arrange.overlayX", .spokenName = Labels::imageX, .prefix = "X"}, selected, &O::x),
+            addNumber({.objectName = "arrange.overlayY", .spokenName = Labels::imageY, .prefix = "Y"}, selected, &O::y),
+            addNumber(side("arrange.overlayWidth", Labels::imageWidth, "W"), selected, &O::width),
+            addNumber(side("arrange.overlayHeight", Labels::imageHeight, "H"), selected, &O::height)};
         section.addRow(localized("text_position"), sideBySide({m_box.x, m_box.y}));
         section.addRow(qtText(Labels::size), sideBySide({m_box.width, m_box.height}));
     }

@@ -88,7 +88,7 @@ private:
             }
         });
         section->addRow(qtText(Labels::font), oneOf(font));
-        addColor(*section, localized("text_color"), &T::color, "arrange.textColor", "Text color");
+        addColor(*section, localized("text_color"), &T::color, "arrange.textColor", Labels::textColor);
         section->addRow(localized("text_alignment"), alignment());
     }
 
@@ -122,12 +122,13 @@ private:
 
     QWidget* alignment()
     {
-        SegmentedControl* across = segments("arrange.textAlignH", "Horizontal alignment", 97, &T::horizontalAlignment,
-                                            {{Labels::alignLeft, "align-left"},
-                                             {Labels::alignCenter, "align-center"},
-                                             {Labels::alignRight, "align-right"},
-                                             {Labels::alignJustified, "align-justified"}});
-        SegmentedControl* down = segments("arrange.textAlignV", "Vertical alignment", 71, &T::verticalAlignment,
+        SegmentedControl* across =
+            segments("arrange.textAlignH", Labels::horizontalAlignment, 97, &T::horizontalAlignment,
+                     {{Labels::alignLeft, "align-left"},
+                      {Labels::alignCenter, "align-center"},
+                      {Labels::alignRight, "align-right"},
+                      {Labels::alignJustified, "align-justified"}});
+        SegmentedControl* down = segments("arrange.textAlignV", Labels::verticalAlignment, 71, &T::verticalAlignment,
                                           {{Labels::alignTop, "align-top"},
                                            {Labels::alignMiddle, "align-middle"},
                                            {Labels::alignBottom, "align-bottom"}});
@@ -140,21 +141,21 @@ private:
         Switch* on = section->addSwitch();
         on->setObjectName(QStringLiteral("arrange.shadow"));
         onRefresh(bindCheck(*on, field<bool>(&T::shadowEnabled, "")));
-        addColor(*section, localized("text_color"), &T::shadowColor, "arrange.shadowColor", "Shadow color");
+        addColor(*section, localized("text_color"), &T::shadowColor, "arrange.shadowColor", Labels::shadowColor);
 
-        section->addRow(
-            localized("text_shadow_angle"),
-            makeAngleRow("arrange.shadow", "Shadow angle", field<double>(&T::shadowAngle, "shadowAngle"), reads()));
+        section->addRow(localized("text_shadow_angle"),
+                        makeAngleRow("arrange.shadow", Labels::shadowAngle,
+                                     field<double>(&T::shadowAngle, "shadowAngle"), reads()));
         const auto points = [](const char* name, const char* spoken) {
             return NumberSpec{.objectName = name, .spokenName = spoken, .maximum = 40, .unit = "pt"};
         };
         section->addRow(
             localized("text_shadow_offset"),
-            alone(addNumber(points("arrange.shadowOffset", "Shadow offset"), selected(), &T::shadowOffset)));
+            alone(addNumber(points("arrange.shadowOffset", Labels::shadowOffset), selected(), &T::shadowOffset)));
         section->addRow(localized("text_shadow_blur"),
-                        alone(addNumber(points("arrange.shadowBlur", "Shadow blur"), selected(), &T::shadowBlur)));
+                        alone(addNumber(points("arrange.shadowBlur", Labels::shadowBlur), selected(), &T::shadowBlur)));
         NumberField* opacity = addNumber(
-            {.objectName = "arrange.shadowOpacity", .spokenName = "Shadow opacity", .maximum = 1, .step = 0.05},
+            {.objectName = "arrange.shadowOpacity", .spokenName = Labels::shadowOpacity, .maximum = 1, .step = 0.05},
             selected(), &T::shadowOpacity);
         opacity->setAccessibleDescription(QStringLiteral("from 0 to 1"));
         opacity->setDecimals(2, NumberField::Digits::always);
@@ -166,16 +167,16 @@ private:
         Section* section = addSection(localized("text_position"));
         section->addHint(localized("text_overlay_hint"));
         m_box = {
-            addNumber({.objectName = "arrange.textX", .spokenName = "Text X", .prefix = "X"}, selected(), &T::x),
-            addNumber({.objectName = "arrange.textY", .spokenName = "Text Y", .prefix = "Y"}, selected(), &T::y),
+            addNumber({.objectName = "arrange.textX", .spokenName = Labels::textX, .prefix = "X"}, selected(), &T::x),
+            addNumber({.objectName = "arrange.textY", .spokenName = Labels::textY, .prefix = "Y"}, selected(), &T::y),
             addNumber({.objectName = "arrange.textWidth",
-                       .spokenName = "Text width",
+                       .spokenName = Labels::textWidth,
                        .prefix = "W",
                        .minimum = 40,
                        .maximum = 2000},
                       selected(), &T::width),
             addNumber({.objectName = "arrange.textHeight",
-                       .spokenName = "Text height",
+                       .spokenName = Labels::textHeight,
                        .prefix = "H",
                        .minimum = 24,
                        .maximum = 2000},

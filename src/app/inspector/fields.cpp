@@ -71,7 +71,8 @@ std::function<void()> bindNumber(NumberField& control, const NumberSpec& spec, F
 {
     control.setObjectName(QLatin1String(spec.objectName));
     control.setAccessibleName(qtText(spec.spokenName));
-    control.setAccessibleDescription(*spec.unit == 0 ? QStringLiteral("points") : qtText(spec.unit));
+    const std::string_view unit = spec.unit;
+    control.setAccessibleDescription(unit.empty() || unit == "pt" ? QStringLiteral("points") : qtText(unit));
     control.setPrefix(qtText(spec.prefix));
     control.setUnit(qtText(spec.unit));
     control.setRange(spec.minimum, spec.maximum, spec.step);

@@ -7,6 +7,7 @@
 #include "app/kit/tab_rail.h"
 #include "app/text.h"
 #include "editor/app_state.h"
+#include "l10n/labels.h"
 #include "l10n/language_manager.h"
 
 #include <QHBoxLayout>
@@ -66,11 +67,11 @@ Inspector::Inspector(const AppContext& context, QWidget* parent)
 {
     const Look& look = lookOf(this);
     setObjectName(QStringLiteral("inspector"));
-    setAccessibleName(QStringLiteral("Inspector"));
+    setAccessibleName(qtText(Labels::inspector));
     setFixedWidth(look.length(width));
     setBackgroundRole(QPalette::AlternateBase); // what fills itself in here has the panel's ground
     m_panelArea->setObjectName(QStringLiteral("inspector.panel"));
-    m_panelArea->setAccessibleName(QStringLiteral("Inspector panel"));
+    m_panelArea->setAccessibleName(qtText(Labels::inspectorPanel));
     m_rail->setObjectName(QStringLiteral("inspector.tabs"));
     m_title->setObjectName(QStringLiteral("inspector.title"));
     m_title->setFixedHeight(look.length(44));

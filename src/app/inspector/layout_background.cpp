@@ -68,15 +68,15 @@ void BackgroundSection::onlyFor(BackgroundKind kind, QWidget* row)
 QWidget* BackgroundSection::colorRow()
 {
     const auto color = projectField(m_context.state, &DMGProject::backgroundColor, "backgroundColor");
-    return addRow(localized("text_color"), makeColorRow("layout.color", "Background color", color, m_reads));
+    return addRow(localized("text_color"), makeColorRow("layout.color", Labels::backgroundColor, color, m_reads));
 }
 
 QWidget* BackgroundSection::gradientColors()
 {
     const auto start = projectField(m_context.state, &DMGProject::gradientStart, "gradientStart");
     const auto end = projectField(m_context.state, &DMGProject::gradientEnd, "gradientEnd");
-    ColorWell* startWell = colorWell("layout.gradientStart", "Start color");
-    ColorWell* endWell = colorWell("layout.gradientEnd", "End color");
+    ColorWell* startWell = colorWell("layout.gradientStart", Labels::startColor);
+    ColorWell* endWell = colorWell("layout.gradientEnd", Labels::endColor);
     auto* strip = new GradientStrip;
     m_reads.push_back(bindColor(*startWell, start));
     m_reads.push_back(bindColor(*endWell, end));
@@ -93,7 +93,7 @@ QWidget* BackgroundSection::gradientColors()
 QWidget* BackgroundSection::gradientAngle()
 {
     const auto angle = projectField(m_context.state, &DMGProject::gradientAngle, "gradientAngle");
-    return addRow(localized("angle"), makeAngleRow("layout.gradient", "Gradient angle", angle, m_reads));
+    return addRow(localized("angle"), makeAngleRow("layout.gradient", Labels::gradientAngle, angle, m_reads));
 }
 
 } // namespace velmora

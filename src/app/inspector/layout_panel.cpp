@@ -44,14 +44,14 @@ private:
         Section* section = addSection(localized("section.window_size"));
         using P = DMGProject;
         NumberField* width = number({.objectName = "layout.windowWidth",
-                                     .spokenName = "Window width",
+                                     .spokenName = Labels::windowWidth,
                                      .prefix = "W",
                                      .minimum = 300,
                                      .maximum = 1600,
                                      .step = 10},
                                     &P::windowWidth, "windowWidth");
         NumberField* height = number({.objectName = "layout.windowHeight",
-                                      .spokenName = "Window height",
+                                      .spokenName = Labels::windowHeight,
                                       .prefix = "H",
                                       .minimum = 200,
                                       .maximum = 1200,
@@ -59,10 +59,10 @@ private:
                                      &P::windowHeight, "windowHeight");
         section->addRow(qtText(Labels::size), sideBySide({width, height}));
         NumberField* left =
-            number({.objectName = "layout.windowLeft", .spokenName = "Window left", .prefix = "X", .step = 10},
+            number({.objectName = "layout.windowLeft", .spokenName = Labels::windowLeft, .prefix = "X", .step = 10},
                    &P::windowLeft, "windowLeft");
         NumberField* top =
-            number({.objectName = "layout.windowTop", .spokenName = "Window top", .prefix = "Y", .step = 10},
+            number({.objectName = "layout.windowTop", .spokenName = Labels::windowTop, .prefix = "Y", .step = 10},
                    &P::windowTop, "windowTop");
         section->addRow(localized("text_position"), sideBySide({left, top}));
         QPushButton* fit =

@@ -71,11 +71,11 @@ private:
     {
         auto* thumbnail = new CheckerThumbnail({iconSide, iconSide});
         auto* choose = actionButton(qtText(Labels::choose), "volume.chooseIcon", [this] { state().pickVolumeIcon(); });
-        choose->setAccessibleName(QStringLiteral("Choose Volume Icon"));
+        choose->setAccessibleName(qtText(Labels::chooseVolumeIcon));
         auto* remove = actionButton(localized("toolbar.remove"), "volume.removeIcon", [this] {
             state().edit({}, [](DMGProject& project) { project.volumeIconPath.clear(); });
         });
-        remove->setAccessibleName(QStringLiteral("Remove Volume Icon"));
+        remove->setAccessibleName(qtText(Labels::removeVolumeIcon));
         auto* name = new ClippedLabel(Type::hint, 1, QPalette::PlaceholderText);
         name->setObjectName(QStringLiteral("volume.iconName"));
         auto* controls = new QVBoxLayout;
@@ -153,7 +153,7 @@ private:
         };
         NumberField* size =
             makeNumber({.objectName = "volume.manualSize",
-                        .spokenName = "Image size",
+                        .spokenName = Labels::imageSize,
                         .minimum = 1,
                         .maximum = largestMB,
                         .step = 10,

@@ -3,6 +3,7 @@
 #include "app/kit/look.h"
 #include "app/kit/paint.h"
 #include "app/kit/spaced_layout.h"
+#include "l10n/labels.h"
 
 #include <QEvent>
 #include <QFontMetricsF>
@@ -98,7 +99,7 @@ LogView::LogView(QWidget* parent) : QPlainTextEdit(parent), m_jump(new Capsule(t
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setTabChangesFocus(true);
 
-    m_jump->setText(QStringLiteral("Jump to End"));
+    m_jump->setText(QString::fromUtf8(Labels::jumpToEnd));
     m_jump->setObjectName(QStringLiteral("log.jumpToEnd"));
     m_jump->setFocusPolicy(Qt::TabFocus);
     m_jump->setCursor(Qt::ArrowCursor);

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 
 class QAction;
+class QToolButton;
 
 namespace velmora
 {
@@ -23,6 +24,7 @@ private:
     void showEye();
 
     QAction* m_eye;
+    QToolButton* m_button = nullptr;
 };
 
 } // namespace velmora
