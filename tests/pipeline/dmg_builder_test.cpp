@@ -249,6 +249,15 @@ TEST_F(Builder, triesFiveTimesToDetach)
     EXPECT_THAT(world.scratchFiles(), IsEmpty());
 }
 
+TEST_F(Builder, detachesAgainWhenASignalMeantForTheBuildKilledTheTool)
+{
+    const ShellResult busy{16, "", "busy"};
+    const ShellResult killed{2, "", ""};
+    world.tools->answers["hdiutil detach"] = {busy, busy, busy, busy, busy, killed, {0, "", ""}};
+    EXPECT_EQ(world.build(project), "Could not detach volume (resource busy).");
+    EXPECT_THAT(world.tools->attached, IsEmpty());
+}
+
 TEST_F(Builder, goesOnWithoutTheLooksAndSaysSo)
 {
     world.tools->answers["osascript"] = {{1, "", " not allowed \n"}};
