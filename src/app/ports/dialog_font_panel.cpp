@@ -4,6 +4,7 @@
 #include "render/fonts.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFontDialog>
 
 #include <algorithm>
@@ -41,6 +42,13 @@ void DialogFontPanel::present(const FontChoice& current, std::function<void(cons
         m_dialog = new QFontDialog(QApplication::activeWindow());
         m_dialog->setObjectName(QStringLiteral("fontPanel"));
         m_dialog->setOption(QFontDialog::NoButtons);
+        // Captions are neither underlined nor struck out; the sample beside those switches keeps its height.
+        for (const QCheckBox* effect : m_dialog->findChildren<QCheckBox*>()) {
+            QSizePolicy policy = effect->parentWidget()->sizePolicy();
+            policy.setRetainSizeWhenHidden(true);
+            effect->parentWidget()->setSizePolicy(policy);
+            effect->parentWidget()->hide();
+        }
         QObject::connect(m_dialog, &QFontDialog::currentFontChanged, m_dialog, [this](const QFont& f) { choose(f); });
         QObject::connect(m_dialog, &QDialog::finished, m_dialog, [this] { m_chosen = {}; });
     }
