@@ -6,6 +6,7 @@
 #include "app/kit/sheet_host.h"
 #include "app/settings/settings_window.h"
 
+#include <QMenuBar>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -122,6 +123,31 @@ TEST_F(KeyboardSession, leadsFromAnApplicationToItsImage)
     EXPECT_EQ(desktop.revealed, std::vector<fs::path>{build.output});
     press(Qt::Key_Escape);
     EXPECT_FALSE(window->findChild<SheetHost*>()->isOpen());
+}
+
+TEST_F(KeyboardSession, leadsFromALabelsLetterToItsField)
+{
+    const struct {
+        int tab;
+        const char* label;
+        const char* field;
+    } rows[] = {{InspectorTab::layout, "Size", "layout.windowWidth"},
+                {InspectorTab::layout, "Icon size", "layout.iconSize"},
+                {InspectorTab::volume, "Name", "volume.name"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.label);
+        state.setInspectorTab(row.tab);
+        QString letter;
+        for (const QLabel* label : the("inspector.panel").findChildren<QLabel*>()) {
+            if (label->isVisible() && label->text().remove('&') == row.label)
+                letter = QKeySequence::mnemonic(label->text()).toString().right(1);
+        }
+        ASSERT_FALSE(letter.isEmpty());
+        for (const QAction* menu : window->menuBar()->actions())
+            EXPECT_NE(QKeySequence::mnemonic(menu->text()).toString().right(1), letter);
+        press(static_cast<Qt::Key>(letter[0].toUpper().unicode()), Qt::AltModifier);
+        EXPECT_EQ(focused(), row.field);
+    }
 }
 
 } // namespace

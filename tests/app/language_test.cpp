@@ -42,7 +42,8 @@ struct LanguageChange : ::testing::Test, WindowWorld {
     static bool says(const QWidget& root, const QString& text)
     {
         const auto labels = root.findChildren<QLabel*>();
-        return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) { return label->text() == text; });
+        return std::any_of(labels.begin(), labels.end(),
+                           [&](const QLabel* label) { return label->text().remove('&') == text; });
     }
 };
 

@@ -5,6 +5,7 @@
 #include "app/kit/paint.h"
 #include "app/kit/plain_labels.h"
 #include "app/kit/tab_rail.h"
+#include "app/mnemonics.h"
 #include "app/text.h"
 #include "editor/app_state.h"
 #include "l10n/labels.h"
@@ -124,6 +125,14 @@ void Inspector::showTab()
     m_title->setText(localized(tabs[index].key));
     m_stack->setCurrentIndex(tab);
     m_panels[index]->refresh();
+    if (isVisible())
+        giveMnemonics(*m_panels[index]);
+}
+
+void Inspector::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    showTab(); // now in a window, whose menus have their letters
 }
 
 void Inspector::retranslate()

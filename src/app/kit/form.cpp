@@ -6,6 +6,7 @@
 #include "app/kit/switch.h"
 #include "app/kit/velmora_style.h"
 
+#include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -26,6 +27,20 @@ QHBoxLayout* bareRow(QWidget* holder, int spacing)
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(spacing);
     return row;
+}
+
+/// What the label of a control leads to: the control, or the first of those that it only holds. Nothing that the
+/// label's key would switch over.
+QWidget* firstControl(QWidget* control)
+{
+    QList<QWidget*> candidates = control->findChildren<QWidget*>();
+    candidates.prepend(control);
+    for (QWidget* each : candidates) {
+        const auto* button = qobject_cast<QAbstractButton*>(each);
+        if (each->focusPolicy() & Qt::TabFocus && !each->focusProxy() && !(button && button->isCheckable()))
+            return each;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -75,8 +90,7 @@ FormRow::FormRow(const QString& label, QWidget* control, QWidget* parent)
     m_column->setSpacing(look.length(4));
     m_column->addWidget(control);
     row->addLayout(m_column, 1);
-    if (control->focusPolicy() != Qt::NoFocus)
-        title->setBuddy(control);
+    title->setBuddy(firstControl(control));
     // What only holds several controls has no name; they have.
     const bool holder = control->metaObject() == &QWidget::staticMetaObject;
     if (!holder && control->accessibleName().isEmpty())

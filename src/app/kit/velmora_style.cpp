@@ -10,6 +10,7 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
@@ -483,6 +484,10 @@ int VelmoraStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     case SH_Widget_Animate:
         if (m_look.reducedMotion)
             return 0;
+        break;
+    case SH_UnderlineShortcut:
+        if (qobject_cast<const QLabel*>(widget))
+            return m_mnemonics.shown() ? 1 : 0;
         break;
     default:
         break;

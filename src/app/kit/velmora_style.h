@@ -2,6 +2,7 @@
 
 #include "app/kit/focus_ring.h"
 #include "app/kit/look.h"
+#include "app/kit/mnemonic_hints.h"
 
 #include <QProxyStyle>
 
@@ -44,6 +45,7 @@ public:
 private:
     Look m_look;
     FocusFollower m_follower;
+    MnemonicHints m_mnemonics;
 };
 
 /// Makes a button one of those of sheets and settings: 28 points tall.
