@@ -247,9 +247,14 @@ void NumberField::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     const QColor ink = isEnabled() ? look.roles.secondary : look.roles.disabled;
     const QFont font = look.font(Type::hint);
-    const double inset = look.length(measure::fieldInset);
-    drawLine(painter, QRectF(inset, 0, width(), height()), Qt::AlignLeft | Qt::AlignVCenter, m_prefix, font, ink);
     const double right = lineEdit()->geometry().right() + 1 - 2;
+    // A long number pushes the letter towards the edge.
+    const double number =
+        lineEdit()->textMargins().right() + QFontMetricsF(lineEdit()->font()).horizontalAdvance(lineEdit()->text());
+    const double room = right - number - QFontMetricsF(font).horizontalAdvance(m_prefix);
+    const double inset = std::clamp(room - look.length(6), static_cast<double>(look.length(3)),
+                                    static_cast<double>(look.length(measure::fieldInset)));
+    drawLine(painter, QRectF(inset, 0, width(), height()), Qt::AlignLeft | Qt::AlignVCenter, m_prefix, font, ink);
     drawLine(painter, QRectF(0, 0, right, height()), Qt::AlignRight | Qt::AlignVCenter, m_unit, font, ink);
 }
 

@@ -43,6 +43,8 @@ public:
         m_world.themes.setTheme(theme);
         m_world.store->setBool(WindowPrefs::openMaximizedKey, false);
         m_world.show();
+        m_world.the("toolbar.contents").setFocus(Qt::MouseFocusReason); // no ring left over from the theme before
+        m_world.the("canvas").setFocus(Qt::MouseFocusReason);
         openSample();
     }
     void panels()
