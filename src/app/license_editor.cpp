@@ -9,12 +9,10 @@
 #include "l10n/labels.h"
 
 #include <QEvent>
-#include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTextDocument>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -43,15 +41,9 @@ public:
     AgreementEdit()
     {
         const Look& look = lookOf(this);
-        const QFont font = look.font(Type::document);
-        auto* text = new QTextDocument(this);
-        text->setDocumentLayout(
-            new SpacedLayout(text, std::max(0.0, look.lineHeight(Type::document) - QFontMetricsF(font).lineSpacing())));
-        text->setDefaultFont(font);
-        text->setDocumentMargin(look.length(textPadding));
-        text->setUndoRedoEnabled(false); // the project's history has every step
-        setDocument(text);
-        setFont(font);
+        setDocument(
+            makeSpacedDocument(this, look, Type::document, textPadding)); // the project's history has every step
+        setFont(look.font(Type::document));
         const int beside = look.length(textSidePadding - textPadding);
         setViewportMargins(beside, 0, beside, 0);
     }

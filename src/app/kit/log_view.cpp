@@ -83,16 +83,10 @@ protected:
 LogView::LogView(QWidget* parent) : QPlainTextEdit(parent), m_jump(new Capsule(this))
 {
     const Look& look = lookOf(this);
-    const QFont font = look.font(Type::log);
-    auto* text = new QTextDocument(this);
-    text->setDocumentLayout(
-        new SpacedLayout(text, std::max(0.0, look.lineHeight(Type::log) - QFontMetricsF(font).lineSpacing())));
-    text->setDefaultFont(font);
-    text->setDocumentMargin(look.length(8));
-    text->setUndoRedoEnabled(false);
+    QTextDocument* text = makeSpacedDocument(this, look, Type::log, 8);
     text->setMaximumBlockCount(shownLines);
     setDocument(text);
-    setFont(font);
+    setFont(look.font(Type::log));
     setReadOnly(true);
     setFrameShape(QFrame::StyledPanel);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);

@@ -1,38 +1,15 @@
 #pragma once
 
-#include <QPlainTextDocumentLayout>
-#include <QTextBlock>
-#include <QTextLayout>
+#include "app/kit/look.h"
+
+class QTextDocument;
+class QObject;
 
 namespace velmora
 {
 
-/// Plain text with room between its lines, which Qt's layout does not offer by itself.
-class SpacedLayout : public QPlainTextDocumentLayout
-{
-public:
-    /// `extra` device-independent pixels below each line.
-    SpacedLayout(QTextDocument* document, double extra) : QPlainTextDocumentLayout(document), m_extra(extra) {}
-
-    [[nodiscard]] QRectF blockBoundingRect(const QTextBlock& block) const override
-    {
-        QRectF rect = QPlainTextDocumentLayout::blockBoundingRect(block);
-        if (!block.isValid() || !block.isVisible())
-            return rect;
-        const QTextLayout* layout = block.layout();
-        const double below = rect.height() - layout->boundingRect().bottom(); // the margin of the last block
-        double y = 0;
-        for (int i = 0; i < layout->lineCount(); ++i) {
-            QTextLine line = layout->lineAt(i);
-            line.setPosition({line.x(), y});
-            y += line.height() + m_extra;
-        }
-        rect.setHeight(y + below);
-        return rect;
-    }
-
-private:
-    double m_extra;
-};
+/// A document for a plain text field, of `owner`: in the font of `type` with its line height, which Qt's layout does
+/// not offer by itself, and `margin` points of room round the text. It keeps no steps to undo.
+QTextDocument* makeSpacedDocument(QObject* owner, const Look& look, Type type, double margin);
 
 } // namespace velmora
