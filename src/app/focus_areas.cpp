@@ -39,11 +39,16 @@ qsizetype currentArea(const QList<QWidget*>& areas)
     return -1;
 }
 
-/// The area `steps` from another, round and round.
-QWidget& areaFrom(const QList<QWidget*>& areas, qsizetype area, qsizetype steps)
+/// What Tab reaches in the next area, in the direction of 1 or -1, in which it reaches anything; round and round.
+QList<QWidget*> nextStops(const QList<QWidget*>& areas, qsizetype from, qsizetype direction)
 {
     const qsizetype count = areas.size();
-    return *areas[((area + steps) % count + count) % count];
+    for (qsizetype step = 1; step <= count; ++step) {
+        const QList<QWidget*> stops = tabStops(*areas[((from + direction * step) % count + count) % count]);
+        if (!stops.isEmpty())
+            return stops;
+    }
+    return {};
 }
 
 } // namespace
@@ -58,12 +63,9 @@ void cycleFocusArea(const QList<QWidget*>& areas, int direction)
 {
     const qsizetype at = currentArea(areas);
     const qsizetype from = at < 0 && direction < 0 ? areas.size() : at;
-    for (qsizetype step = 1; step <= areas.size(); ++step) {
-        if (QWidget* target = firstFocusable(areaFrom(areas, from, direction * step))) {
-            target->setFocus(Qt::TabFocusReason);
-            return;
-        }
-    }
+    const QList<QWidget*> stops = nextStops(areas, from, direction);
+    if (!stops.isEmpty())
+        stops.front()->setFocus(Qt::TabFocusReason);
 }
 
 bool stepFocus(const QList<QWidget*>& areas, bool forward)
@@ -79,14 +81,11 @@ bool stepFocus(const QList<QWidget*>& areas, bool forward)
         here[next]->setFocus(reason);
         return true;
     }
-    for (qsizetype step = 1; step <= areas.size(); ++step) {
-        const QList<QWidget*> there = tabStops(areaFrom(areas, from, direction * step));
-        if (!there.isEmpty()) {
-            (forward ? there.front() : there.back())->setFocus(reason);
-            return true;
-        }
-    }
-    return false;
+    const QList<QWidget*> there = nextStops(areas, from, direction);
+    if (there.isEmpty())
+        return false;
+    (forward ? there.front() : there.back())->setFocus(reason);
+    return true;
 }
 
 } // namespace velmora
