@@ -118,11 +118,8 @@ private:
     void showPicture(const DMGOverlayImage& overlay)
     {
         const PicturePtr picture = OverlayImageResolver::load(overlay, m_context.arrows, m_context.pictures);
-        if (picture != m_picture || !picture) {
-            m_picture = picture;
-            m_preview->setImage(picture ? picture->pixels : QImage());
-            m_preview->setSign(picture ? QString() : QStringLiteral("warning"));
-        }
+        m_preview->setImage(picture ? picture->pixels : QImage());
+        m_preview->setSign(picture ? QString() : QStringLiteral("warning"));
         m_missing->setVisible(!picture);
         const QString name = nameOf({CanvasElement::Kind::overlay, overlay.id}, state().project());
         m_name->setText(name);
@@ -146,7 +143,6 @@ private:
     QPushButton* m_original = nullptr;
     QPushButton* m_forward = nullptr;
     QPushButton* m_backward = nullptr;
-    PicturePtr m_picture{}; ///< as shown
 };
 
 } // namespace

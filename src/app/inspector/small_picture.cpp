@@ -3,8 +3,6 @@
 #include "app/text.h"
 #include "render/picture.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace velmora
@@ -27,15 +25,11 @@ SmallPicture reduced(const PicturePtr& picture)
 
 const SmallPicture& SmallPictureReader::read(const std::string& path)
 {
-    const QFileInfo file(qtPath(path));
-    const QDateTime modified = path.empty() ? QDateTime() : file.lastModified();
-    const qint64 bytes = path.empty() ? -1 : file.size();
-    if (m_known && path == m_path && modified == m_modified && bytes == m_bytes)
+    const FileStamp stamp = stampOf(path);
+    if (path == m_path && stamp == m_stamp)
         return m_picture;
-    m_known = true;
     m_path = path;
-    m_modified = modified;
-    m_bytes = bytes;
+    m_stamp = stamp;
     m_picture = path.empty() ? SmallPicture{} : reduced(readPicture(qtPath(path)));
     return m_picture;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDateTime>
+#include "render/file_stamp.h"
+
 #include <QImage>
 #include <QSize>
 #include <QSizeF>
@@ -31,9 +32,7 @@ public:
 
 private:
     std::string m_path{};
-    QDateTime m_modified{};
-    qint64 m_bytes = -1;
-    bool m_known = false;
+    FileStamp m_stamp{};
     SmallPicture m_picture{};
 };
 

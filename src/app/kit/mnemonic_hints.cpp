@@ -14,7 +14,7 @@ MnemonicHints::MnemonicHints()
 
 bool MnemonicHints::eventFilter(QObject* /*watched*/, QEvent* event)
 {
-    const bool pressed = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    const bool pressed = event->type() == QEvent::KeyPress;
     const bool isKey = pressed || event->type() == QEvent::KeyRelease;
     const bool ofAlt = isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Alt;
     const bool shown = ofAlt ? pressed : m_shown && event->type() != QEvent::WindowDeactivate;
